@@ -1,0 +1,62 @@
+#include <tests/support/allocation_count.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define KORVO_TEST_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define KORVO_TEST_SANITIZED 1
+#endif
+#endif
+
+namespace {
+thread_local size_t t_allocations = 0;
+} // namespace
+
+namespace kvTest {
+size_t AllocationsOfThisThread() noexcept { return t_allocations; }
+} // namespace kvTest
+
+#if !defined(KORVO_TEST_SANITIZED)
+
+extern "C" {
+void* __libc_malloc(size_t size) noexcept;
+void* __libc_calloc(size_t count, size_t size) noexcept;
+void* __libc_realloc(void* block, size_t size) noexcept;
+
+void* malloc(size_t size) noexcept {
+    ++t_allocations;
+    return __libc_malloc(size);
+}
+void* calloc(size_t count, size_t size) noexcept {
+    ++t_allocations;
+    return __libc_calloc(count, size);
+}
+void* realloc(void* block, size_t size) noexcept {
+    ++t_allocations;
+    return __libc_realloc(block, size);
+}
+}
+
+#else
+
+namespace {
+void* CountedNew(size_t size) {
+    ++t_allocations;
+    if (void* block = std::malloc(size == 0 ? 1 : size))
+        return block;
+    throw std::bad_alloc();
+}
+} // namespace
+
+void* operator new(size_t size) { return CountedNew(size); }
+void* operator new[](size_t size) { return CountedNew(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, size_t) noexcept { std::free(block); }
+void operator delete[](void* block, size_t) noexcept { std::free(block); }
+
+#endif
