@@ -1,0 +1,82 @@
+// A mutex that its holder may take again, and that exists only once init() was called: an object that most plug-ins
+// never share between threads carries one and pays nothing until someone asks for safety.
+//
+// Before init() every operation succeeds without locking anything, and says so (KELockResult::NothingToLock).
+// Taking and giving back a free mutex costs two atomic operations; taking it again costs none. A waiting thread
+// sleeps. Callable from any thread, never from the audio thread: it can wait.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include <korvolib/export.h>
+#include <korvolib/version.h>
+
+namespace kvKorvoV12_9_0_320::kvThread {
+
+enum class KELockResult : int32_t {
+    Taken,         ///< Held by the calling thread once more: one Unlock is owed.
+    NothingToLock, ///< init() has not been called: nothing is held, and no Unlock is owed.
+    Busy,          ///< Another thread holds it (TryLock only).
+};
+
+class KORVO_API ThreadMutexInited {
+  public:
+    ThreadMutexInited() noexcept = default;
+    ThreadMutexInited(const ThreadMutexInited&) = delete;
+    ThreadMutexInited& operator=(const ThreadMutexInited&) = delete;
+
+    /// Makes the mutex exist, from now on and for good; again does nothing.
+    void init() noexcept;
+    bool IsInited() const noexcept;
+
+    /// Waits until no other thread holds it. Taken or NothingToLock.
+    KELockResult Lock() noexcept;
+    /// Never waits.
+    [[nodiscard]] KELockResult TryLock() noexcept;
+    /// Gives back one Lock. False, and nothing changes, when the calling thread does not hold it.
+    bool Unlock() noexcept;
+
+    /// Whether the calling thread holds it.
+    bool IsHeldByThisThread() const noexcept;
+
+  private:
+    // What m_state says. "Waited for" means that someone may sleep on it and must be woken.
+    static constexpr int kNotInited = -1;
+    static constexpr int kFree = 0;
+    static constexpr int kHeld = 1;
+    static constexpr int kHeldAndWaitedFor = 2;
+
+    bool TakeIfFree(uintptr_t self) noexcept;
+    KELockResult LockWaiting(uintptr_t self) noexcept;
+
+    std::atomic<int> m_state{kNotInited};
+    uint32_t m_depth = 0;              // read and written by the holder only
+    std::atomic<uintptr_t> m_owner{0}; // the holder's thread, 0 for none
+};
+
+/// Holds a mutex for a scope, left by return or by exception. Gives back exactly what it took: a mutex that came
+/// into existence meanwhile stays as it is.
+class KORVO_API ThreadMutexGuard {
+  public:
+    explicit ThreadMutexGuard(ThreadMutexInited& mutex) noexcept
+        : m_mutex(mutex), m_isHeld(mutex.Lock() == KELockResult::Taken) {}
+    ~ThreadMutexGuard() { Release(); }
+    ThreadMutexGuard(const ThreadMutexGuard&) = delete;
+    ThreadMutexGuard& operator=(const ThreadMutexGuard&) = delete;
+
+    /// False when there was nothing to lock, or after Release.
+    bool IsHeld() const noexcept { return m_isHeld; }
+    /// Gives the mutex back before the scope ends; again does nothing.
+    void Release() noexcept {
+        if (m_isHeld)
+            m_mutex.Unlock();
+        m_isHeld = false;
+    }
+
+  private:
+    ThreadMutexInited& m_mutex;
+    bool m_isHeld;
+};
+
+} // namespace kvKorvoV12_9_0_320::kvThread

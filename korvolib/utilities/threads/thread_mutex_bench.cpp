@@ -1,0 +1,29 @@
+#include <korvolib/utilities/threads/thread_mutex.h>
+
+#include <mutex>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+void ThreadMutex_KorvoLib(benchmark::State& state) {
+    kvKorvo::kvThread::ThreadMutexInited mutex;
+    mutex.init();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(mutex.Lock());
+        benchmark::DoNotOptimize(mutex.Unlock());
+    }
+}
+BENCHMARK(ThreadMutex_KorvoLib)->Name("ThreadMutex/KorvoLib");
+
+void ThreadMutex_RecursiveMutex(benchmark::State& state) {
+    std::recursive_mutex mutex;
+    for (auto _ : state) {
+        mutex.lock();
+        benchmark::ClobberMemory();
+        mutex.unlock();
+    }
+}
+BENCHMARK(ThreadMutex_RecursiveMutex)->Name("ThreadMutex/recursive_mutex");
+
+} // namespace
