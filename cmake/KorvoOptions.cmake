@@ -24,7 +24,9 @@ add_library(korvo_options INTERFACE)
 target_compile_options(korvo_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
   # A fused multiply-add rounds once where two operations round twice: results would differ by machine.
-  -ffp-contract=off)
+  -ffp-contract=off
+  # Nobody replaces our exported functions from outside, so that they may call and inline each other directly.
+  -fno-semantic-interposition)
 if(KORVO_SANITIZE)
   target_compile_options(korvo_options INTERFACE
     -fsanitize=${KORVO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
