@@ -2,12 +2,46 @@
 
 #include <pthread.h>
 
+#if __has_include(<sys/single_threaded.h>)
+#include <sys/single_threaded.h>
+#define KORVO_SINGLE_THREADED __libc_single_threaded
+#else
+#define KORVO_SINGLE_THREADED false
+#endif
+
 namespace kvKorvoV12_9_0_320::kvThread {
 
 namespace {
 
-// An address or a number, by system; never 0 for a running thread.
-uintptr_t ThisThread() noexcept { return (uintptr_t)pthread_self(); }
+// A number that no two running threads share, never 0. The thread pointer is pthread_self() on the systems that
+// have the builtin, without the call.
+uintptr_t ThisThread() noexcept {
+#if __has_builtin(__builtin_thread_pointer)
+    return reinterpret_cast<uintptr_t>(__builtin_thread_pointer());
+#else
+    return (uintptr_t)pthread_self();
+#endif
+}
+
+// Both below are one atomic exchange, unless the process has no second thread (as the C library's own mutexes do):
+// then there is nobody to exclude, and starting a thread publishes what was stored.
+bool Claim(std::atomic<int>& state, int expected, int wanted) noexcept {
+    if (!KORVO_SINGLE_THREADED)
+        return state.compare_exchange_strong(expected, wanted, std::memory_order_acquire,
+                                             std::memory_order_relaxed);
+    if (state.load(std::memory_order_relaxed) != expected)
+        return false;
+    state.store(wanted, std::memory_order_relaxed);
+    return true;
+}
+
+int Replace(std::atomic<int>& state, int wanted) noexcept {
+    if (!KORVO_SINGLE_THREADED)
+        return state.exchange(wanted, std::memory_order_release);
+    const int before = state.load(std::memory_order_relaxed);
+    state.store(wanted, std::memory_order_relaxed);
+    return before;
+}
 
 } // namespace
 
@@ -25,8 +59,7 @@ bool ThreadMutexInited::IsHeldByThisThread() const noexcept {
 }
 
 bool ThreadMutexInited::TakeIfFree(uintptr_t self) noexcept {
-    int expected = kFree;
-    if (!m_state.compare_exchange_strong(expected, kHeld, std::memory_order_acquire, std::memory_order_relaxed))
+    if (!Claim(m_state, kFree, kHeld))
         return false;
     m_owner.store(self, std::memory_order_relaxed);
     m_depth = 1;
@@ -71,7 +104,7 @@ bool ThreadMutexInited::Unlock() noexcept {
     if (--m_depth > 0)
         return true;
     m_owner.store(0, std::memory_order_relaxed);
-    if (m_state.exchange(kFree, std::memory_order_release) == kHeldAndWaitedFor)
+    if (Replace(m_state, kFree) == kHeldAndWaitedFor)
         m_state.notify_one();
     return true;
 }
