@@ -44,9 +44,12 @@ void* realloc(void* block, size_t size) noexcept {
 #else
 
 namespace {
-void* CountedNew(size_t size) {
+void* CountedMalloc(size_t size) noexcept {
     ++t_allocations;
-    if (void* block = std::malloc(size == 0 ? 1 : size))
+    return std::malloc(size == 0 ? 1 : size);
+}
+void* CountedNew(size_t size) {
+    if (void* block = CountedMalloc(size))
         return block;
     throw std::bad_alloc();
 }
@@ -54,6 +57,8 @@ void* CountedNew(size_t size) {
 
 void* operator new(size_t size) { return CountedNew(size); }
 void* operator new[](size_t size) { return CountedNew(size); }
+void* operator new(size_t size, const std::nothrow_t&) noexcept { return CountedMalloc(size); }
+void* operator new[](size_t size, const std::nothrow_t&) noexcept { return CountedMalloc(size); }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete(void* block, size_t) noexcept { std::free(block); }
