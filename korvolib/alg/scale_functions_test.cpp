@@ -203,7 +203,7 @@ TEST(ScaleFunctions, InverseToggleRangesTakesTheNearestPointAndTheUpperInATie) {
 TEST(ScaleFunctions, InverseToggleRangesIsTheNearestOfAscendingPoints) {
     Random random;
     for (int i = 0; i < kRandomRuns; ++i) {
-        sSCALE_INFO scale = Points(random.Ascending(1 + i % 9, -50, 50), {});
+        sSCALE_INFO scale = Points(random.Ascending(1 + static_cast<size_t>(i) % 9, -50, 50), {});
         const double r = random.Between(-60, 60);
         size_t nearest = 0;
         for (size_t k = 1; k < scale.RealWorldPoints.size(); ++k)
