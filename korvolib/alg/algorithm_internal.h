@@ -1,0 +1,51 @@
+// What cALGORITHM keeps beside its hot members.
+#pragma once
+
+#include <korvolib/alg/algorithm.h>
+#include <korvolib/alg/meters.h>
+#include <korvolib/alg/runtime_reporter.h>
+
+#include <cmath>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kvKorvoV12_9_0_320 {
+
+struct cALGORITHM::sRest {
+    bool isCreated = false;  // FinishCreate has been called
+    bool isPrepared = false; // the parameters are complete: no more can be added
+    int32_t createResult = 0;
+    KCRuntimeReporter* reporter = nullptr;
+    std::map<KCFixedString<63>, std::string> descriptions;
+    std::vector<sALGORITHM_PROBLEM> problems;
+    std::map<KCFixedString<1023>, KCAlgorithmPart*> parts;
+    std::unordered_map<std::string_view, size_t> indexByName; // views of the records' names
+    std::vector<uint8_t> due; // per parameter: what RestoreParams and its like still owe
+    KCFixedString<127> setupTitles[2];
+};
+
+// A chain that grows at its end, in constant time for each block.
+struct cALGORITHM::sChain {
+    BUFFER_HEADER* first = nullptr;
+    BUFFER_HEADER** end = &first;
+
+    void Append(BUFFER_HEADER* blocks) {
+        *end = blocks;
+        while (*end != nullptr)
+            end = &(*end)->next;
+    }
+};
+
+inline constexpr uint32_t kParamFlags_AlwaysUpdate = kParamFlag_AlwaysUpdateSilently | kParamFlag_AlwaysUpdate;
+inline constexpr uint32_t kParamFlags_NeverModifiesPreset =
+    kParamFlag_AlwaysUpdateSilently | kParamFlag_NeverModifiesPreset;
+
+// A real-world value that moves by less has not changed. What is not a number has always changed, so that the
+// plug-in hears of it.
+inline constexpr double kSmallestChange = 1e-10;
+inline bool HasVisiblyChanged(double oldRealWorld, double newRealWorld) {
+    return !(std::fabs(oldRealWorld - newRealWorld) < kSmallestChange);
+}
+
+} // namespace kvKorvoV12_9_0_320

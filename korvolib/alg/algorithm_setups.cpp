@@ -1,0 +1,188 @@
+// Setups A and B, and the one operation that brings a whole set of values back. What has changed is written
+// first, then announced: no hook ever sees a half-restored set.
+
+#include <korvolib/alg/algorithm_internal.h>
+#include <korvolib/utilities/error_codes.h>
+
+#include <cmath>
+
+namespace kvKorvoV12_9_0_320 {
+
+namespace {
+
+// What is still owed to a parameter whose value has been replaced. A hook that restores in turn pays the debts it
+// finds, so each is paid once.
+constexpr uint8_t kDue_Hook = 1;
+constexpr uint8_t kDue_Notification = 2;
+constexpr uint8_t kDue_Switch = 4; // both, unless the value restored on the way is the one that is heard now
+
+constexpr const char* kSetupTexts[] = {"SETUP_A", "SETUP_B"};
+
+bool IsFinite(const sPARAM_VALUES& values) {
+    return std::isfinite(values.state[0]) && std::isfinite(values.state[1]) && std::isfinite(values.realWorld[0]) &&
+           std::isfinite(values.realWorld[1]);
+}
+
+sPARAM_VALUES ValuesOf(const sCONTROL_PARAM& param) {
+    return {{param.GetState(kPluginSetup_A), param.GetState(kPluginSetup_B)},
+            {param.GetRealWorld(kPluginSetup_A), param.GetRealWorld(kPluginSetup_B)}};
+}
+
+void StoreValues(sCONTROL_PARAM& param, const sPARAM_VALUES& values) {
+    param.SetState(kPluginSetup_A, values.state[0]);
+    param.SetState(kPluginSetup_B, values.state[1]);
+    param.SetRealWorld(kPluginSetup_A, values.realWorld[0]);
+    param.SetRealWorld(kPluginSetup_B, values.realWorld[1]);
+}
+
+} // namespace
+
+size_t cALGORITHM::CaptureParams(size_t first, sPARAM_VALUES* values, size_t count) const {
+    if (values == nullptr || first >= m_params.size())
+        return 0;
+    const KCAlgorithmLock lock(*this);
+    count = std::min(count, m_params.size() - first);
+    for (size_t i = 0; i < count; ++i)
+        values[i] = ValuesOf(m_params[first + i]);
+    return count;
+}
+
+cALGORITHM::BUFFER_HEADER* cALGORITHM::RestoreParams(const size_t* indexes, const sPARAM_VALUES* values,
+                                                     size_t count, EPluginSetup activeSetup) {
+    if (values == nullptr)
+        count = 0;
+    const KCAlgorithmLock lock(*this);
+    const EPluginSetup newActive = IsPluginSetup(activeSetup) ? activeSetup : m_activeSetup;
+    const bool isSwitch = newActive != m_activeSetup;
+    if (isSwitch)
+        OweDifferencesBetweenSetups();
+    bool isModified = false;
+    for (size_t i = 0; i < count; ++i) {
+        const size_t index = indexes != nullptr ? indexes[i] : i;
+        if (index < m_params.size() && IsFinite(values[i]))
+            isModified |= RestoreParam(index, values[i], newActive);
+    }
+    m_activeSetup = newActive;
+    return AnnounceRestored(isSwitch, isModified);
+}
+
+// True when the preset differs afterwards.
+bool cALGORITHM::RestoreParam(size_t index, const sPARAM_VALUES& values, EPluginSetup newActive) {
+    sCONTROL_PARAM& param = m_params[index];
+    const sPARAM_VALUES old = ValuesOf(param);
+    StoreValues(param, values);
+    param.SetRefreshMark(kRefreshMark);
+    param.UpdateControllers(index);
+    const double heard = old.realWorld[m_activeSetup]; // what the plug-in works with now
+    uint8_t& due = m_rest->due[index];
+    due &= static_cast<uint8_t>(~kDue_Switch);
+    if (HasVisiblyChanged(heard, values.realWorld[newActive]) || IsUpdateParamAlwayesRequired(index))
+        due |= kDue_Hook | kDue_Notification;
+    return old != values && !param.HasFlag(kParamFlags_NeverModifiesPreset);
+}
+
+void cALGORITHM::OweDifferencesBetweenSetups() {
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        const sPARAM_VALUES values = ValuesOf(m_params[index]);
+        if (HasVisiblyChanged(values.realWorld[0], values.realWorld[1]) || IsUpdateParamAlwayesRequired(index))
+            m_rest->due[index] |= kDue_Switch;
+    }
+}
+
+// Hooks, then the listeners, then automation; the hooks' blocks as one chain.
+cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isModified) {
+    for (uint8_t& due : m_rest->due)
+        if ((due & kDue_Switch) != 0)
+            due = kDue_Hook | kDue_Notification;
+    sChain chain;
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        if ((m_rest->due[index] & kDue_Hook) == 0)
+            continue;
+        m_rest->due[index] &= static_cast<uint8_t>(~kDue_Hook);
+        chain.Append(ApplyParamSelf(index));
+    }
+    if (isSwitch)
+        Broadcaster()->ActiveSetupChanged(m_activeSetup);
+    if (isModified)
+        Broadcaster()->PresetModified(m_activeSetup);
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        if ((m_rest->due[index] & kDue_Notification) == 0)
+            continue;
+        m_rest->due[index] &= static_cast<uint8_t>(~kDue_Notification);
+        NotifyParamValue(index);
+    }
+    return chain.first;
+}
+
+cALGORITHM::BUFFER_HEADER* cALGORITHM::SetActiveSetup(EPluginSetup setup) {
+    const KCAlgorithmLock lock(*this);
+    if (!IsPluginSetup(setup) || setup == m_activeSetup)
+        return nullptr;
+    OweDifferencesBetweenSetups();
+    if (m_linkGroups != nullptr)
+        m_linkGroups->CopyLastValuesToOtherSetup();
+    m_activeSetup = setup;
+    for (size_t index = 0; index < m_params.size(); ++index)
+        m_params[index].UpdateControllers(index);
+    RefreshAllParams();
+    return AnnounceRestored(true, false);
+}
+
+cALGORITHM::BUFFER_HEADER* cALGORITHM::CopySetup(EPluginSetup from, EPluginSetup to) {
+    const KCAlgorithmLock lock(*this);
+    if (!IsPluginSetup(from) || !IsPluginSetup(to) || from == to)
+        return nullptr;
+    bool isModified = false;
+    for (size_t index = 0; index < m_params.size(); ++index)
+        isModified |= CopySetupOfParam(index, from, to);
+    if (to == m_activeSetup)
+        return AnnounceRestored(false, isModified);
+    if (isModified)
+        Broadcaster()->PresetModified(to);
+    return nullptr;
+}
+
+// True when the preset differs afterwards.
+bool cALGORITHM::CopySetupOfParam(size_t index, EPluginSetup from, EPluginSetup to) {
+    sCONTROL_PARAM& param = m_params[index];
+    const sPARAM_VALUES old = ValuesOf(param);
+    param.CopySetup(from, to);
+    if (ValuesOf(param) == old)
+        return false;
+    if (to == m_activeSetup) {
+        param.SetRefreshMark(kRefreshMark);
+        param.UpdateControllers(index);
+        if (HasVisiblyChanged(old.realWorld[0], old.realWorld[1]))
+            m_rest->due[index] |= kDue_Hook | kDue_Notification;
+    }
+    return !param.HasFlag(kParamFlags_NeverModifiesPreset);
+}
+
+void cALGORITHM::SetupToSetupString(EPluginSetup setup, KCFixedString<15>& out) {
+    out = IsPluginSetup(setup) ? kSetupTexts[setup] : "";
+}
+
+int32_t cALGORITHM::SetupStringToSetup(const KCFixedStringBase& text, EPluginSetup& setup) {
+    for (const EPluginSetup candidate : {kPluginSetup_A, kPluginSetup_B}) {
+        if (text.compare(kSetupTexts[candidate]) == 0) {
+            setup = candidate;
+            return kErr_NoErr;
+        }
+    }
+    return kErr_Generic;
+}
+
+void cALGORITHM::SetSetupTitle(EPluginSetup setup, const KCFixedStringBase& title) {
+    const KCAlgorithmLock lock(*this);
+    if (!IsPluginSetup(setup) || m_rest->setupTitles[setup].compare(title) == 0)
+        return;
+    m_rest->setupTitles[setup] = title;
+    Broadcaster()->SetupTitleChanged(setup);
+}
+
+const KCFixedString<127>& cALGORITHM::GetSetupTitle(EPluginSetup setup) const {
+    static const KCFixedString<127> kNone;
+    return IsPluginSetup(setup) ? m_rest->setupTitles[setup] : kNone;
+}
+
+} // namespace kvKorvoV12_9_0_320

@@ -1,0 +1,260 @@
+// How a moved parameter moves the members of its groups, and what a pass remembers.
+
+#include <korvolib/control/link_groups.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kvKorvoV12_9_0_320 {
+
+// ---- Last values ----------------------------------------------------------------------------------------------
+
+void KCLinkGroups::InitLastValuesMap() {
+    m_lastValues.assign(m_params.size(), {});
+    for (size_t index = 0; index < m_params.size(); ++index)
+        for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B})
+            UpdateLastValues(index, setup);
+}
+
+const sLINK_LAST_VALUES* KCLinkGroups::GetLastValues(size_t index) const {
+    return index < m_lastValues.size() ? &m_lastValues[index] : nullptr;
+}
+
+void KCLinkGroups::UpdateLastValues(size_t index, int32_t setup) {
+    const EPluginSetup which = setup == kPluginSetup_Active ? m_activeSetup : static_cast<EPluginSetup>(setup);
+    if (!IsPluginSetup(which) || index >= m_lastValues.size())
+        return;
+    m_lastValues[index].realWorld[which] = m_params[index].GetRealWorld(which);
+    m_lastValues[index].state[which] = m_params[index].GetState(which);
+}
+
+void KCLinkGroups::CopyLastValuesToOtherSetup() {
+    const EPluginSetup other = OtherPluginSetup(m_activeSetup);
+    for (sLINK_LAST_VALUES& last : m_lastValues) {
+        last.realWorld[other] = last.realWorld[m_activeSetup];
+        last.state[other] = last.state[m_activeSetup];
+    }
+}
+
+void KCLinkGroups::StoreLastValues(size_t source) {
+    InitAtFirstCall(source);
+    if (!IsParam(source) || m_groupsOfParam[source].empty())
+        return;
+    UpdateLastValues(source, kPluginSetup_Active);
+    for (const sLINK_GROUP_INFO* info : m_groupsOfParam[source])
+        if (info->IsActing())
+            for (const size_t member : info->members)
+                UpdateLastValues(member, kPluginSetup_Active);
+}
+
+void KCLinkGroups::AtUpdateAlg() {
+    InitAtFirstCall(kNoSource);
+    for (size_t index = 0; index < m_params.size(); ++index)
+        if (!m_groupsOfParam[index].empty())
+            UpdateLastValues(index, kPluginSetup_Active);
+}
+
+void KCLinkGroups::ResetMinDelta(size_t index) {
+    if (index < m_lastValues.size())
+        m_minDelta = std::fabs(m_params[index].GetState(m_activeSetup) - m_lastValues[index].state[m_activeSetup]);
+}
+
+// ---- The pass -------------------------------------------------------------------------------------------------
+
+bool KCLinkGroups::ShouldLinkParams(size_t index, double realWorld) const {
+    return IsParam(index) && m_params[index].GetRealWorld(m_activeSetup) == realWorld;
+}
+
+void KCLinkGroups::ResetParamUpdatedMap() { std::fill(m_updated.begin(), m_updated.end(), false); }
+
+void KCLinkGroups::BeginPass(size_t source) {
+    for (const sMove& move : m_moves) {
+        m_params[move.index].SetLinkedInThisPass(false);
+        m_updated[move.index] = false;
+    }
+    m_moves.clear();
+    if (IsParam(m_source)) {
+        m_params[m_source].SetLinkedInThisPass(false);
+        m_updated[m_source] = false;
+    }
+    m_source = source;
+    m_sourceLastState = m_lastValues[source].state[m_activeSetup];
+    m_isCorrectionCancelled = false;
+    m_params[source].SetLinkedInThisPass(true);
+    m_updated[source] = true;
+    ResetMinDelta(source);
+}
+
+void KCLinkGroups::LinkParams(size_t source, bool isTopLevel) {
+    InitAtFirstCall(source);
+    if (!IsParam(source) || m_groupsOfParam[source].empty())
+        return;
+    if ((isTopLevel && m_tellingDepth == 0) || !IsParam(m_source))
+        BeginPass(source);
+    const size_t firstMove = m_moves.size();
+    for (const sLINK_GROUP_INFO* info : m_groupsOfParam[source]) {
+        if (!info->IsActing())
+            continue;
+        for (const size_t member : info->members)
+            if (member != source)
+                MoveMember(source, member, *info->law);
+    }
+    EndPass(source, firstMove);
+}
+
+// A member that the pass has met already stays where it is; its look is brought up to date.
+void KCLinkGroups::MoveMember(size_t source, size_t member, KCLinkFuncInterface& law) {
+    sCONTROL_PARAM& param = m_params[member];
+    if (param.IsLinkedInThisPass()) {
+        param.SetRefreshMark(kRefreshMark);
+        return;
+    }
+    const size_t number = Remember(member, &law);
+    m_distanceSign = 0.0;
+    law.LinkFunc(source, member);
+    m_moves[number].distanceSign = m_distanceSign;
+}
+
+// Counts the parameter as met in this pass; its number among the moves.
+size_t KCLinkGroups::Remember(size_t index, KCLinkFuncInterface* law) {
+    m_params[index].SetLinkedInThisPass(true);
+    m_updated[index] = true;
+    const double lastState = m_lastValues[index].state[m_activeSetup];
+    m_moves.push_back({index, lastState, m_params[index].GetRealWorld(m_activeSetup), law, 0.0});
+    return m_moves.size() - 1;
+}
+
+// Counts the listener calls under way, also when one throws.
+class KCLinkGroups::sTelling {
+  public:
+    explicit sTelling(KCLinkGroups& groups) : m_groups(groups) { ++m_groups.m_tellingDepth; }
+    ~sTelling() { --m_groups.m_tellingDepth; }
+    sTelling(const sTelling&) = delete;
+    sTelling& operator=(const sTelling&) = delete;
+
+  private:
+    KCLinkGroups& m_groups;
+};
+
+void KCLinkGroups::EndPass(size_t source, size_t firstMove) {
+    const size_t endMove = m_moves.size();
+    UpdateLastValues(source, kPluginSetup_Active);
+    for (size_t i = firstMove; i < endMove; ++i)
+        UpdateLastValues(m_moves[i].index, kPluginSetup_Active);
+    for (size_t i = firstMove; i < endMove; ++i)
+        Tell(m_moves[i].index, m_moves[i].oldRealWorld);
+}
+
+void KCLinkGroups::Tell(size_t index, double oldRealWorld) {
+    if (m_listener == nullptr)
+        return;
+    const sTelling telling(*this);
+    m_listener->OnLinkedParamValueModified(index, oldRealWorld);
+}
+
+// ---- The laws' arithmetic -------------------------------------------------------------------------------------
+
+void KCLinkGroups::MoveTo(size_t index, double state) {
+    sCONTROL_PARAM& param = m_params[index];
+    param.SetState(m_activeSetup, state < 0.0 ? 0.0 : std::min(TopState(index), state));
+    param.UpdateRealWorldFromState(m_activeSetup);
+    param.SetRefreshMark(kRefreshMark);
+}
+
+double KCLinkGroups::TopState(size_t index) const {
+    const sCONTROL_PARAM& param = m_params[index];
+    return param.IsDiscrete() && param.GetScaleType() == "toggle" ? std::max(param.GetNumStates() - 1, 0) : kFullTravel;
+}
+
+void KCLinkGroups::LinkAbsolute(size_t source, size_t destination) {
+    if (!IsParam(source) || !IsParam(destination))
+        return;
+    sCONTROL_PARAM& param = m_params[destination];
+    param.SetState(m_activeSetup, m_params[source].GetState(m_activeSetup));
+    param.UpdateRealWorldFromState(m_activeSetup);
+    param.SetRefreshMark(kRefreshMark);
+}
+
+void KCLinkGroups::LinkRelative(size_t source, size_t destination) {
+    LinkReverseOrRelative(source, destination, false);
+}
+
+void KCLinkGroups::LinkReverse(size_t source, size_t destination) {
+    LinkReverseOrRelative(source, destination, true);
+}
+
+void KCLinkGroups::LinkReverseOrRelative(size_t source, size_t destination, bool isReverse) {
+    InitAtFirstCall(source);
+    if (!IsParam(source) || !IsParam(destination))
+        return;
+    const double delta = m_params[source].GetState(m_activeSetup) - m_lastValues[source].state[m_activeSetup];
+    const double state = m_params[destination].GetState(m_activeSetup);
+    MoveTo(destination, isReverse ? state - delta : state + delta);
+    const double moved =
+        m_params[destination].GetState(m_activeSetup) - m_lastValues[destination].state[m_activeSetup];
+    m_minDelta = std::min(m_minDelta, std::fabs(moved));
+    m_distanceSign = isReverse ? -1.0 : 1.0;
+}
+
+// ---- Correction, equalising, resetting --------------------------------------------------------------------------
+
+void KCLinkGroups::CorrectParamModifications(size_t source) {
+    constexpr double kRounding = 1e-9; // of states: a destination that went this much less has met no bound
+    if (!IsParam(source) || source != m_source || m_isCorrectionCancelled)
+        return;
+    sCONTROL_PARAM& param = m_params[source];
+    const double wanted = param.GetState(m_activeSetup) - m_sourceLastState;
+    if (!(m_minDelta < std::fabs(wanted) - kRounding))
+        return;
+    m_isCorrectionCancelled = true; // a pass is corrected once
+    const double distance = std::copysign(m_minDelta, wanted);
+    const double oldRealWorld = param.GetRealWorld(m_activeSetup);
+    MoveTo(source, m_sourceLastState + distance);
+    for (sMove& move : m_moves) {
+        move.oldRealWorld = m_params[move.index].GetRealWorld(m_activeSetup);
+        BringBack(move, distance);
+    }
+    Tell(source, oldRealWorld);
+    EndPass(source, 0);
+    CorrectParamModificationsSelf(source);
+}
+
+void KCLinkGroups::BringBack(const sMove& move, double distance) {
+    if (move.law == nullptr)
+        return; // brought to its reset state, by nobody's law
+    if (move.distanceSign == 0.0)
+        move.law->LinkFunc(m_source, move.index);
+    else
+        MoveTo(move.index, move.lastState + move.distanceSign * distance);
+}
+
+void KCLinkGroups::CorrectParamModificationsSelf(size_t) {}
+
+void KCLinkGroups::EqualizeAllAbsoluteControls() {
+    InitAtFirstCall(kNoSource);
+    for (const auto& [number, info] : m_groups) {
+        if (!info.IsActing() || !info.law->AmIAbsolute() || info.members.empty())
+            continue;
+        for (const size_t member : info.members) {
+            if (member == info.members.front())
+                continue;
+            const double oldRealWorld = m_params[member].GetRealWorld(m_activeSetup);
+            info.law->LinkFunc(info.members.front(), member);
+            UpdateLastValues(member, kPluginSetup_Active);
+            Tell(member, oldRealWorld);
+        }
+    }
+}
+
+void KCLinkGroups::ResetLinkedParam(size_t index) {
+    InitAtFirstCall(index);
+    if (!IsParam(index))
+        return;
+    if (!m_params[index].IsLinkedInThisPass())
+        Remember(index, nullptr);
+    m_params[index].SetState(m_activeSetup, m_params[index].GetResetState());
+    m_params[index].UpdateRealWorldFromState(m_activeSetup);
+    m_params[index].SetRefreshMark(kRefreshMark);
+}
+
+} // namespace kvKorvoV12_9_0_320
