@@ -2,13 +2,6 @@
 
 #include <pthread.h>
 
-#if __has_include(<sys/single_threaded.h>)
-#include <sys/single_threaded.h>
-#define KORVO_SINGLE_THREADED __libc_single_threaded
-#else
-#define KORVO_SINGLE_THREADED false
-#endif
-
 namespace kvKorvoV12_9_0_320::kvThread {
 
 namespace {
@@ -23,34 +16,11 @@ uintptr_t ThisThread() noexcept {
 #endif
 }
 
-// Both below are one atomic exchange, unless the process has no second thread (as the C library's own mutexes do):
-// then there is nobody to exclude, and starting a thread publishes what was stored.
-bool Claim(std::atomic<int>& state, int expected, int wanted) noexcept {
-    if (!KORVO_SINGLE_THREADED)
-        return state.compare_exchange_strong(expected, wanted, std::memory_order_acquire,
-                                             std::memory_order_relaxed);
-    if (state.load(std::memory_order_relaxed) != expected)
-        return false;
-    state.store(wanted, std::memory_order_relaxed);
-    return true;
-}
-
-int Replace(std::atomic<int>& state, int wanted) noexcept {
-    if (!KORVO_SINGLE_THREADED)
-        return state.exchange(wanted, std::memory_order_release);
-    const int before = state.load(std::memory_order_relaxed);
-    state.store(wanted, std::memory_order_relaxed);
-    return before;
-}
-
 } // namespace
 
-void ThreadMutexInited::init() noexcept {
-    int expected = kNotInited;
-    m_state.compare_exchange_strong(expected, kFree, std::memory_order_acq_rel, std::memory_order_relaxed);
-}
+void ThreadMutexInited::init() noexcept { m_isInited.store(true, std::memory_order_release); }
 
-bool ThreadMutexInited::IsInited() const noexcept { return m_state.load(std::memory_order_acquire) != kNotInited; }
+bool ThreadMutexInited::IsInited() const noexcept { return m_isInited.load(std::memory_order_acquire); }
 
 // Compared without ordering: only the calling thread itself stores its own number, so a stale answer can never be
 // "mine" by mistake.
@@ -58,12 +28,10 @@ bool ThreadMutexInited::IsHeldByThisThread() const noexcept {
     return m_owner.load(std::memory_order_relaxed) == ThisThread();
 }
 
-bool ThreadMutexInited::TakeIfFree(uintptr_t self) noexcept {
-    if (!Claim(m_state, kFree, kHeld))
-        return false;
+KELockResult ThreadMutexInited::Claim(uintptr_t self) noexcept {
     m_owner.store(self, std::memory_order_relaxed);
     m_depth = 1;
-    return true;
+    return KELockResult::Taken;
 }
 
 KELockResult ThreadMutexInited::Lock() noexcept {
@@ -72,19 +40,10 @@ KELockResult ThreadMutexInited::Lock() noexcept {
         ++m_depth;
         return KELockResult::Taken;
     }
-    return TakeIfFree(self) ? KELockResult::Taken : LockWaiting(self);
-}
-
-// Whoever had to wait cannot know whether others still do, so it takes the mutex as waited for: at worst one
-// needless wake-up, never a sleeper forgotten.
-KELockResult ThreadMutexInited::LockWaiting(uintptr_t self) noexcept {
     if (!IsInited())
         return KELockResult::NothingToLock;
-    while (m_state.exchange(kHeldAndWaitedFor, std::memory_order_acquire) != kFree)
-        m_state.wait(kHeldAndWaitedFor, std::memory_order_relaxed);
-    m_owner.store(self, std::memory_order_relaxed);
-    m_depth = 1;
-    return KELockResult::Taken;
+    m_mutex.lock();
+    return Claim(self);
 }
 
 KELockResult ThreadMutexInited::TryLock() noexcept {
@@ -93,9 +52,9 @@ KELockResult ThreadMutexInited::TryLock() noexcept {
         ++m_depth;
         return KELockResult::Taken;
     }
-    if (TakeIfFree(self))
-        return KELockResult::Taken;
-    return IsInited() ? KELockResult::Busy : KELockResult::NothingToLock;
+    if (!IsInited())
+        return KELockResult::NothingToLock;
+    return m_mutex.try_lock() ? Claim(self) : KELockResult::Busy;
 }
 
 bool ThreadMutexInited::Unlock() noexcept {
@@ -104,8 +63,7 @@ bool ThreadMutexInited::Unlock() noexcept {
     if (--m_depth > 0)
         return true;
     m_owner.store(0, std::memory_order_relaxed);
-    if (Replace(m_state, kFree) == kHeldAndWaitedFor)
-        m_state.notify_one();
+    m_mutex.unlock();
     return true;
 }
 

@@ -2,12 +2,14 @@
 // never share between threads carries one and pays nothing until someone asks for safety.
 //
 // Before init() every operation succeeds without locking anything, and says so (KELockResult::NothingToLock).
-// Taking and giving back a free mutex costs two atomic operations; taking it again costs none. A waiting thread
-// sleeps. Callable from any thread, never from the audio thread: it can wait.
+// A std::mutex with its holder and a depth beside it: taking it again touches no atomic exchange, and an Unlock by
+// somebody who does not hold it is refused instead of undefined. Callable from any thread, never from the audio
+// thread: it can wait.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
+#include <mutex>
 
 #include <korvolib/export.h>
 #include <korvolib/version.h>
@@ -41,18 +43,12 @@ class KORVO_API ThreadMutexInited {
     bool IsHeldByThisThread() const noexcept;
 
   private:
-    // What m_state says. "Waited for" means that someone may sleep on it and must be woken.
-    static constexpr int kNotInited = -1;
-    static constexpr int kFree = 0;
-    static constexpr int kHeld = 1;
-    static constexpr int kHeldAndWaitedFor = 2;
+    KELockResult Claim(uintptr_t self) noexcept;
 
-    bool TakeIfFree(uintptr_t self) noexcept;
-    KELockResult LockWaiting(uintptr_t self) noexcept;
-
-    std::atomic<int> m_state{kNotInited};
-    uint32_t m_depth = 0;              // read and written by the holder only
+    std::mutex m_mutex;
     std::atomic<uintptr_t> m_owner{0}; // the holder's thread, 0 for none
+    uint32_t m_depth = 0;              // read and written by the holder only
+    std::atomic<bool> m_isInited{false};
 };
 
 /// Holds a mutex for a scope, left by return or by exception. Gives back exactly what it took: a mutex that came
