@@ -191,6 +191,7 @@ TEST(XMLElement, RemovesAttributesAndChildren) {
     EXPECT_TRUE(element.RemoveChild(element.FindChild("z")));
     EXPECT_TRUE(element.RemoveChild(element.FindChild("x")));
     EXPECT_NE(element.AddChild("w"), nullptr);
+    EXPECT_EQ(NamesOf(element.Children()), (std::vector<std::string>{"y", "w"}));
     EXPECT_EQ(element, Parsed("<e b='2'><y/><w/></e>"));
 }
 
