@@ -9,34 +9,45 @@
 namespace kvKorvoV12_9_0_320 {
 namespace {
 
-// Beyond this every double is whole and fits no more into an integer register.
-constexpr double kWholeFrom = 4503599627370496.0; // 2^52
-
 bool IsFinite(double v) noexcept { return std::fabs(v) <= std::numeric_limits<double>::max(); }
 
 double FiniteOrZero(double v) noexcept { return IsFinite(v) ? v : 0.0; }
 
-// floor() without the call that plain x86-64 needs for it: two of them stand in every quantization.
-double Floor(double v) noexcept {
-    if (!(std::fabs(v) < kWholeFrom))
-        return v;
-    const auto truncated = static_cast<double>(static_cast<int64_t>(v));
-    return truncated - static_cast<double>(truncated > v);
+// Below it a double converts to an integer register and back, which is cheaper than floor() with its sign of zero.
+constexpr double kConverts = 2251799813685248.0; // 2^51
+// Below it a resolution times a count under kConverts is finite.
+constexpr double kUsualQuantize = 1e200;
+
+double WholePart(double v) noexcept { return static_cast<double>(static_cast<int64_t>(v)); }
+
+double QuantizedOrPlain(double quantized, double v) noexcept {
+    return IsFinite(quantized) ? quantized : FiniteOrZero(v);
 }
 
-double QuantizeFraction(double v, const sSCALE_INFO& s) noexcept {
+// Both roundings by their formulas: what huge values and odd resolutions get.
+double QuantizeFractionSlowly(double v, const sSCALE_INFO& s) noexcept {
     if (!(s.Quantize > 0.0))
         return FiniteOrZero(v);
-    const double whole = Floor(v);
-    const double quantized = whole + Floor((v - whole) * s.OverQuantize + 0.5) * s.Quantize;
-    return IsFinite(quantized) ? quantized : FiniteOrZero(v);
+    const double whole = std::floor(v);
+    return QuantizedOrPlain(whole + std::floor((v - whole) * s.OverQuantize + 0.5) * s.Quantize, v);
 }
 
 double QuantizeWhole(double v, const sSCALE_INFO& s) noexcept {
     if (!(s.Quantize > 0.0))
         return FiniteOrZero(v);
-    const double quantized = Floor(v * s.OverQuantize + 0.5) * s.Quantize;
-    return IsFinite(quantized) ? quantized : FiniteOrZero(v);
+    return QuantizedOrPlain(std::floor(v * s.OverQuantize + 0.5) * s.Quantize, v);
+}
+
+// The same as the slow one, to the last bit, for what parameters hold.
+inline double QuantizeFraction(double v, const sSCALE_INFO& s) noexcept {
+    if (std::fabs(v) < kConverts && s.Quantize > 0.0 && s.Quantize < kUsualQuantize) [[likely]] {
+        const double truncated = WholePart(v);
+        const double whole = truncated > v ? truncated - 1.0 : truncated;
+        const double steps = (v - whole) * s.OverQuantize + 0.5;
+        if (steps >= 0.0 && steps < kConverts) [[likely]]
+            return whole + WholePart(steps) * s.Quantize;
+    }
+    return QuantizeFractionSlowly(v, s);
 }
 
 // Where x stands between the points i - 1 and i of `from`, as a value of `to`.

@@ -21,7 +21,7 @@ inline constexpr int kParamType_Discrete = 0;
 inline constexpr int kParamType_Continuous = 1;
 
 /// A scale, or its inverse. The scale is only read; it is not const because a plug-in may keep something of its own
-/// in a scale that it alone uses.
+/// in a scale that it alone uses. Called within every update: must not throw and should not allocate.
 using ScaleFunction = double (*)(double x, sSCALE_INFO* scale);
 
 /// What a plug-in supplies under a scale-type name of its own.

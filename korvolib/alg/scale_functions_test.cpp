@@ -109,7 +109,8 @@ TEST(ScaleFunctions, QuantizingKeepsTheWholePartAndRoundsTheFraction) {
 
 TEST(ScaleFunctions, QuantizingHugeValuesLeavesThemWhole) {
     sSCALE_INFO scale = Coefficients(0.0, 1.0, 0.25);
-    for (const double v : {4503599627370495.75, 4503599627370496.0, -4503599627370496.5, 1e300, -1e300})
+    for (const double v : {2251799813685247.6, 2251799813685248.0, -2251799813685247.9, 4503599627370495.5,
+                           4503599627370496.0, -4503599627370496.5, 1e300, -1e300})
         EXPECT_EQ(LinearScale(v, &scale), RoundFraction(v, 0.25)) << v;
 }
 
@@ -121,6 +122,8 @@ TEST(ScaleFunctions, WithoutAPositiveQuantizeValuesStayAsTheyAre) {
     }
     sSCALE_INFO tiny = Coefficients(0.0, 0.01, 1e-320); // its reciprocal is no finite number
     EXPECT_EQ(LinearScale(333.0, &tiny), 0.01 * 333.0);
+    sSCALE_INFO coarse = Coefficients(0.0, 0.01, 1e250);
+    EXPECT_EQ(LinearScale(333.0, &coarse), RoundFraction(0.01 * 333.0, 1e250));
     sSCALE_INFO huge = Coefficients(0.0, 0.01, kInf);
     EXPECT_EQ(LinearScale(333.0, &huge), 0.01 * 333.0);
 }
