@@ -21,8 +21,8 @@ inline constexpr int32_t kErr_WrongRecordVersion = -5017;
 inline constexpr int32_t kErr_EmptyChunk = -5023;
 
 // Descriptions, presets and sessions: text of ours that does not read as it should.
-inline constexpr int32_t kErr_MalformedText = -6001; // not well-formed, or a document type or entity in it
-inline constexpr int32_t kErr_LimitExceeded = -6002; // deeper, longer or larger than the reader's stated limits
+inline constexpr int32_t kErr_MalformedText = -6001;  // not well-formed, or a document type or entity in it
+inline constexpr int32_t kErr_LimitExceeded = -6002;  // deeper, longer or larger than the reader's stated limits
 inline constexpr int32_t kErr_BadDescription = -6003; // well-formed, yet something in it has no meaning
 
 inline constexpr int32_t kErr_NoSuchChunkIndex = -7971;
