@@ -139,8 +139,9 @@ bool KCLinkGroups::IsParamInLinkedMode(size_t index) const {
 
 bool KCLinkGroups::SanityCheck() const {
     for (const auto& [number, info] : m_groups) {
-        const bool isKnownLaw = info.law == nullptr || std::ranges::any_of(m_laws, [&](const auto& entry) {
-                                    return entry.second.get() == info.law;
+        const auto* const law = info.law; // clang 14 captures no structured binding
+        const bool isKnownLaw = law == nullptr || std::ranges::any_of(m_laws, [law](const auto& entry) {
+                                    return entry.second.get() == law;
                                 });
         const bool areMembersSound =
             std::ranges::adjacent_find(info.members, std::greater_equal<size_t>()) == info.members.end() &&
