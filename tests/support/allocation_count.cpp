@@ -1,16 +1,10 @@
 #include <tests/support/allocation_count.h>
 
+#include <tests/support/sanitized.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <new>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define KORVO_TEST_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define KORVO_TEST_SANITIZED 1
-#endif
-#endif
 
 namespace {
 thread_local size_t t_allocations = 0;
