@@ -1,7 +1,9 @@
-# What an installed KorvoLib consists of: the library, its headers and a package that find_package reads.
+# What an installed KorvoLib consists of: the library, what stands between hosts and plug-ins, their headers, and a
+# package that find_package reads.
 
 include(CMakePackageConfigHelpers)
 install(TARGETS KorvoLib EXPORT KorvoLibTargets FILE_SET HEADERS)
+install(TARGETS korvo_shell EXPORT KorvoLibTargets FILE_SET HEADERS)
 install(EXPORT KorvoLibTargets NAMESPACE KorvoLib:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KorvoLib)
 configure_package_config_file(cmake/KorvoLibConfig.cmake.in ${PROJECT_BINARY_DIR}/KorvoLibConfig.cmake
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KorvoLib)

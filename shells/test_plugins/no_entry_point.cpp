@@ -1,0 +1,3 @@
+#include <korvolib/export.h>
+
+extern "C" KORVO_API int SomethingElse() { return 0; }
