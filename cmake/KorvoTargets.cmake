@@ -91,6 +91,23 @@ function(korvo_fuzz_targets)
   endforeach()
 endfunction()
 
+# korvo_plugin(<name>): all sources of the calling folder as a plug-in that hosts load, <build>/plugins/<name>.so; its
+# *_test.cpp as the program <name>_test, which finds that file under the name KORVO_PLUGIN_FILE.
+function(korvo_plugin name)
+  korvo_glob(sources "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp" "_(test|bench)\\.cpp$")
+  add_library(${name}_parts OBJECT ${sources})
+  target_link_libraries(${name}_parts PRIVATE korvo_options KorvoLib::KorvoLib)
+  add_library(${name} MODULE $<TARGET_OBJECTS:${name}_parts>)
+  target_link_libraries(${name} PRIVATE korvo_options KorvoLib::KorvoLib)
+  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/plugins)
+  korvo_glob(tests "${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp" "")
+  if(KORVO_BUILD_TESTS AND tests)
+    korvo_test(${name}_test SOURCES ${tests} $<TARGET_OBJECTS:${name}_parts> LINK KorvoLib::Shell)
+    target_compile_definitions(${name}_test PRIVATE KORVO_PLUGIN_FILE="$<TARGET_FILE:${name}>")
+    add_dependencies(${name}_test ${name})
+  endif()
+endfunction()
+
 function(korvo_add_folders)
   foreach(parent IN LISTS ARGN)
     if(EXISTS ${PROJECT_SOURCE_DIR}/${parent}/CMakeLists.txt)
