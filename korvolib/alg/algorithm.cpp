@@ -170,9 +170,7 @@ void cALGORITHM::DoIdle() {
     ExecuteAndDisposeBuffer(chain);
 }
 
-void cALGORITHM::LockAlg() const { m_mutex.Lock(); }
 bool cALGORITHM::TryLockAlg() const { return m_mutex.TryLock() == kvThread::KELockResult::Taken; }
-void cALGORITHM::UnLockAlg() const { m_mutex.Unlock(); }
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::ChainBufs(BUFFER_HEADER* first, BUFFER_HEADER* second) {
     return KPAPI_PROCESS_MEMORY::ChainBufs(first, second);

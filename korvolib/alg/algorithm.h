@@ -127,9 +127,9 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
 
     // ---- The lock ------------------------------------------------------------------------------------------
 
-    void LockAlg() const;
+    void LockAlg() const { m_mutex.Lock(); }
     bool TryLockAlg() const; // true when it was obtained
-    void UnLockAlg() const;
+    void UnLockAlg() const { m_mutex.Unlock(); }
     const kvThread::ThreadMutexInited& GetProcessMutex() const { return m_processMutex; }
 
     // ---- Updates: the chain to be executed, or null when there is nothing to send ---------------------------
@@ -201,8 +201,13 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     size_t GetParamIDFromName(const KCFixedStringBase& name) const; // kNoParam; the first of that name
     size_t GetParamIDFromName(const char* name) const;
 
-    double GetParamState(size_t index) const;     // of the active setup, 0 … 1000
-    double GetParamRealWorld(size_t index) const; // of the active setup, in the parameter's unit
+    // Of the active setup: 0 … 1000, and in the parameter's unit. Inline: every hook asks.
+    double GetParamState(size_t index) const {
+        return index < m_params.size() ? m_params[index].GetState(m_activeSetup) : 0.0;
+    }
+    double GetParamRealWorld(size_t index) const {
+        return index < m_params.size() ? m_params[index].GetRealWorld(m_activeSetup) : 0.0;
+    }
     double GetParamInitialState(size_t index) const;
     double GetParamResetState(size_t index) const;
     void SetParamResetState(size_t index, double state);

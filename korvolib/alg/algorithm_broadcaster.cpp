@@ -17,8 +17,10 @@ class KCAlgorithmBroadcaster::sTelling {
         ++m_broadcaster.m_depth;
     }
     ~sTelling() {
-        if (--m_broadcaster.m_depth == 0)
+        if (--m_broadcaster.m_depth == 0 && m_broadcaster.m_hasGaps) {
             std::erase(m_broadcaster.m_listeners, nullptr);
+            m_broadcaster.m_hasGaps = false;
+        }
     }
     sTelling(const sTelling&) = delete;
     sTelling& operator=(const sTelling&) = delete;
@@ -42,10 +44,12 @@ bool KCAlgorithmBroadcaster::erase(KCAlgorithmListener* listener) noexcept {
     const auto found = std::ranges::find(m_listeners, listener);
     if (listener == nullptr || found == m_listeners.end())
         return false;
-    if (m_depth == 0)
+    if (m_depth == 0) {
         m_listeners.erase(found);
-    else
+    } else {
         *found = nullptr;
+        m_hasGaps = true;
+    }
     return true;
 }
 
@@ -53,27 +57,29 @@ size_t KCAlgorithmBroadcaster::size() const noexcept {
     return m_listeners.size() - static_cast<size_t>(std::ranges::count(m_listeners, nullptr));
 }
 
-template <class Argument>
-void KCAlgorithmBroadcaster::Tell(void (KCAlgorithmListener::*operation)(Argument), Argument argument) {
+template <class Call>
+void KCAlgorithmBroadcaster::Tell(Call call) {
     const sTelling telling(*this);
     const size_t count = m_listeners.size();
     for (size_t i = 0; i < count; ++i)
-        if (m_listeners[i] != nullptr)
-            (m_listeners[i]->*operation)(argument);
+        if (KCAlgorithmListener* const listener = m_listeners[i])
+            call(*listener);
 }
 
-void KCAlgorithmBroadcaster::PresetLoaded(EPluginSetup setup) { Tell(&KCAlgorithmListener::PresetLoaded, setup); }
+void KCAlgorithmBroadcaster::PresetLoaded(EPluginSetup setup) {
+    Tell([=](KCAlgorithmListener& listener) { listener.PresetLoaded(setup); });
+}
 void KCAlgorithmBroadcaster::PresetModified(EPluginSetup setup) {
-    Tell(&KCAlgorithmListener::PresetModified, setup);
+    Tell([=](KCAlgorithmListener& listener) { listener.PresetModified(setup); });
 }
 void KCAlgorithmBroadcaster::SetupTitleChanged(EPluginSetup setup) {
-    Tell(&KCAlgorithmListener::SetupTitleChanged, setup);
+    Tell([=](KCAlgorithmListener& listener) { listener.SetupTitleChanged(setup); });
 }
 void KCAlgorithmBroadcaster::ActiveSetupChanged(EPluginSetup setup) {
-    Tell(&KCAlgorithmListener::ActiveSetupChanged, setup);
+    Tell([=](KCAlgorithmListener& listener) { listener.ActiveSetupChanged(setup); });
 }
 void KCAlgorithmBroadcaster::ActiveSideChainChanged(bool isActive) {
-    Tell(&KCAlgorithmListener::ActiveSideChainChanged, isActive);
+    Tell([=](KCAlgorithmListener& listener) { listener.ActiveSideChainChanged(isActive); });
 }
 
 } // namespace kvKorvoV12_9_0_320

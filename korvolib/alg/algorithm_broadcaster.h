@@ -49,11 +49,12 @@ class KORVO_API KCAlgorithmBroadcaster final : public KCAlgorithmListener {
 
   private:
     class sTelling;
-    template <class Argument>
-    void Tell(void (KCAlgorithmListener::*operation)(Argument), Argument argument);
+    template <class Call>
+    void Tell(Call call);
 
     std::vector<KCAlgorithmListener*> m_listeners; // null: erased while being told
     int32_t m_depth = 0;                           // how many calls are under way
+    bool m_hasGaps = false;
 };
 
 } // namespace kvKorvoV12_9_0_320

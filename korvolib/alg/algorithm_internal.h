@@ -48,4 +48,13 @@ inline bool HasVisiblyChanged(double oldRealWorld, double newRealWorld) {
     return !(std::fabs(oldRealWorld - newRealWorld) < kSmallestChange);
 }
 
+inline bool cALGORITHM::IsUpdateParamAlwayesRequired(size_t index) const {
+    return m_params[index].HasFlag(kParamFlags_AlwaysUpdate);
+}
+
+inline void cALGORITHM::ReportPresetModified(const sCONTROL_PARAM& param, bool hasChanged) {
+    if (hasChanged && !param.HasFlag(kParamFlags_NeverModifiesPreset))
+        Broadcaster()->PresetModified(m_activeSetup);
+}
+
 } // namespace kvKorvoV12_9_0_320

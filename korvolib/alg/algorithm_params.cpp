@@ -31,14 +31,6 @@ size_t cALGORITHM::GetParamIDFromName(std::string_view name) const {
     return kNoParam;
 }
 
-double cALGORITHM::GetParamState(size_t index) const {
-    return index < m_params.size() ? m_params[index].GetState(m_activeSetup) : 0.0;
-}
-
-double cALGORITHM::GetParamRealWorld(size_t index) const {
-    return index < m_params.size() ? m_params[index].GetRealWorld(m_activeSetup) : 0.0;
-}
-
 double cALGORITHM::GetParamInitialState(size_t index) const {
     return index < m_params.size() ? m_params[index].GetInitialState() : 0.0;
 }

@@ -9,22 +9,15 @@ namespace kvKorvoV12_9_0_320 {
 namespace {
 
 // A discrete parameter's state is a whole multiple of its step that the travel still holds.
-double SettleState(const sCONTROL_PARAM& param, double state) {
-    if (!param.IsDiscrete())
-        return state;
+double SettleDiscreteState(const sCONTROL_PARAM& param, double state) {
     const double settled = param.QuantizeState(state);
     return settled > kFullTravel ? settled - param.GetStateStep() : settled;
 }
 
-bool HasNothingToDo(const sCONTROL_PARAM& param, EPluginSetup setup, double state) {
-    return param.GetState(setup) == state && !param.HasFlag(kParamFlags_AlwaysUpdate) &&
-           (!param.HasFlag(kParamFlag_CompareForModified) || !param.IsComparisonPending()) &&
-           !param.IsUpdatePending();
-}
-
-void StoreState(sCONTROL_PARAM& param, EPluginSetup setup, double state) {
-    param.SetState(setup, state);
-    param.UpdateRealWorldFromState(setup);
+// Whether an update to the state that the parameter has already must run all the same.
+bool IsRepeatDue(const sCONTROL_PARAM& param, uint32_t flags) {
+    return (flags & kParamFlags_AlwaysUpdate) != 0 || param.IsUpdatePending() ||
+           ((flags & kParamFlag_CompareForModified) != 0 && param.IsComparisonPending());
 }
 
 void StoreRealWorld(sCONTROL_PARAM& param, EPluginSetup setup, double realWorld) {
@@ -41,25 +34,25 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamState(size_t index, double sta
         return nullptr;
     const KCAlgorithmLock lock(*this);
     sCONTROL_PARAM& param = m_params[index];
-    const double settled = SettleState(param, state);
-    if (HasNothingToDo(param, m_activeSetup, settled))
+    const EPluginSetup setup = m_activeSetup;
+    const uint32_t flags = param.GetFlags();
+    const double settled = param.IsDiscrete() ? SettleDiscreteState(param, state) : state;
+    if (param.GetState(setup) == settled && !IsRepeatDue(param, flags))
         return nullptr;
 
-    const double oldRealWorld = param.GetRealWorld(m_activeSetup);
-    StoreState(param, m_activeSetup, settled);
-    if (param.HasFlag(kParamFlag_BothSetups))
-        StoreState(param, OtherPluginSetup(m_activeSetup), settled);
+    const double oldRealWorld = param.GetRealWorld(setup);
+    const double newRealWorld = param.UpdateState(setup, settled);
+    if ((flags & kParamFlag_BothSetups) != 0)
+        param.UpdateState(OtherPluginSetup(setup), settled);
     param.UpdateControllers(index);
-
-    const double newRealWorld = param.GetRealWorld(m_activeSetup);
     if (!HasVisiblyChanged(oldRealWorld, newRealWorld) && !IsUpdateParamAlwayesRequired(index)) {
         param.SetRefreshMark(kRefreshMark);
         return nullptr;
     }
     BUFFER_HEADER* const result = ApplyParamSelf(index);
-    const bool differsFromComparison =
-        param.HasFlag(kParamFlag_CompareForModified) && param.GetComparisonValue() != newRealWorld;
-    ReportPresetModified(param, oldRealWorld != newRealWorld || differsFromComparison);
+    const bool isUnlikeComparison =
+        (flags & kParamFlag_CompareForModified) != 0 && param.GetComparisonValue() != newRealWorld;
+    ReportPresetModified(param, oldRealWorld != newRealWorld || isUnlikeComparison);
     if (notify)
         NotifyParamValue(index);
     return result;
@@ -107,15 +100,6 @@ void cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation(size_t index, double r
     Touch(index);
     NotifyParamValue(index);
     Release(index);
-}
-
-bool cALGORITHM::IsUpdateParamAlwayesRequired(size_t index) const {
-    return m_params[index].HasFlag(kParamFlags_AlwaysUpdate);
-}
-
-void cALGORITHM::ReportPresetModified(const sCONTROL_PARAM& param, bool hasChanged) {
-    if (hasChanged && !param.HasFlag(kParamFlags_NeverModifiesPreset))
-        Broadcaster()->PresetModified(m_activeSetup);
 }
 
 } // namespace kvKorvoV12_9_0_320

@@ -21,11 +21,6 @@ void sCONTROL_PARAM::AddLinkGroup(int group) { AddOnce(m_linkGroups, group); }
 
 void sCONTROL_PARAM::AddControlledLinkGroup(int group) { AddOnce(m_controlledLinkGroups, group); }
 
-void sCONTROL_PARAM::UpdateControllers(size_t paramIndex) const noexcept {
-    m_controllers.Notify(paramIndex);
-    m_observers.Notify(paramIndex);
-}
-
 void sCONTROL_PARAM::SetMouseDeltaFunc(MouseDeltaFunction function) noexcept {
     m_mouseDelta = function == nullptr ? DefaultMouseDelta : function;
 }

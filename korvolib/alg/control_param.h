@@ -58,7 +58,10 @@ struct KORVO_API sCONTROL_PARAM : public KCParam_Base {
     bool ObserverExists(const KCParamController* observer) const noexcept { return m_observers.Contains(observer); }
     const std::vector<KCParamController*>& GetObservers() const noexcept { return m_observers.GetAll(); }
     /// Tells the controllers, then the observers, that parameter `paramIndex`, which is this one, changed.
-    void UpdateControllers(size_t paramIndex) const noexcept;
+    void UpdateControllers(size_t paramIndex) const noexcept {
+        m_controllers.Notify(paramIndex);
+        m_observers.Notify(paramIndex);
+    }
 
     // Owned objects ------------------------------------------------------------------------------------------
     KCParamGraph& GetGraph() noexcept { return m_graph; }

@@ -68,6 +68,8 @@ class KORVO_API KCParam_Base {
     /// State = inverse(real-world value) of that setup, not limited; stays where there is no inverse. Unlike
     /// RealWorldToState it does not ask for a forward scale.
     void UpdateStateFromRealWorld(EPluginSetup setup);
+    /// Both at once: stores the state as given; the new real-world value.
+    double UpdateState(EPluginSetup setup, double state);
     /// State, real-world value and word of `to` become those of `from`. Nothing unless both are A or B.
     void CopySetup(EPluginSetup from, EPluginSetup to) noexcept;
 
@@ -226,6 +228,13 @@ inline void KCParam_Base::SetState(EPluginSetup setup, double state) noexcept {
 inline void KCParam_Base::SetRealWorld(EPluginSetup setup, double realWorld) noexcept {
     if (IsPluginSetup(setup))
         m_realWorld[setup] = realWorld;
+}
+
+inline double KCParam_Base::UpdateState(EPluginSetup setup, double state) {
+    if (!IsPluginSetup(setup))
+        return 0.0;
+    m_state[setup] = state;
+    return m_realWorld[setup] = StateToRealWorld(state);
 }
 
 inline void KCParam_Base::SetSetupWord(EPluginSetup setup, int32_t word) noexcept {

@@ -54,7 +54,7 @@ bool KCParamBindings::Contains(const KCParamController* controller) const noexce
     return std::find(m_controllers.begin(), m_controllers.end(), controller) != m_controllers.end();
 }
 
-void KCParamBindings::Notify(size_t paramIndex) const noexcept {
+void KCParamBindings::NotifyAll(size_t paramIndex) const noexcept {
     size_t i = 0;
     for (size_t turn = m_controllers.size(); turn != 0 && i < m_controllers.size(); --turn) {
         KCParamController* const told = m_controllers[i];

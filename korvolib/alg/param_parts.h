@@ -99,9 +99,14 @@ class KORVO_API KCParamBindings {
 
     /// Tells everyone once. They may add and remove themselves and others meanwhile: whoever is removed is told no
     /// more, whoever is added may have to wait for the next change.
-    void Notify(size_t paramIndex) const noexcept;
+    void Notify(size_t paramIndex) const noexcept {
+        if (!m_controllers.empty())
+            NotifyAll(paramIndex);
+    }
 
   private:
+    void NotifyAll(size_t paramIndex) const noexcept;
+
     std::vector<KCParamController*> m_controllers;
 };
 

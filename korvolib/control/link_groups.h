@@ -175,7 +175,7 @@ class KORVO_API KCLinkGroups {
     void MoveTo(size_t index, double state);
     void BringBack(const sMove& move, double distance);
     void Tell(size_t index, double oldRealWorld);
-    double TopState(size_t index) const;
+    static double TopState(const sCONTROL_PARAM& param);
     bool IsParam(size_t index) const { return index < m_params.size(); }
 
     std::vector<sCONTROL_PARAM>& m_params;

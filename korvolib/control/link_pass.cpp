@@ -156,14 +156,13 @@ void KCLinkGroups::Tell(size_t index, double oldRealWorld) {
 
 void KCLinkGroups::MoveTo(size_t index, double state) {
     sCONTROL_PARAM& param = m_params[index];
-    param.SetState(m_activeSetup, state < 0.0 ? 0.0 : std::min(TopState(index), state));
-    param.UpdateRealWorldFromState(m_activeSetup);
+    param.UpdateState(m_activeSetup, state < 0.0 ? 0.0 : std::min(TopState(param), state));
     param.SetRefreshMark(kRefreshMark);
 }
 
-double KCLinkGroups::TopState(size_t index) const {
-    const sCONTROL_PARAM& param = m_params[index];
-    return param.IsDiscrete() && param.GetScaleType() == "toggle" ? std::max(param.GetNumStates() - 1, 0) : kFullTravel;
+double KCLinkGroups::TopState(const sCONTROL_PARAM& param) {
+    return param.IsDiscrete() && param.GetScaleType() == "toggle" ? std::max(param.GetNumStates() - 1, 0)
+                                                                  : kFullTravel;
 }
 
 void KCLinkGroups::LinkAbsolute(size_t source, size_t destination) {

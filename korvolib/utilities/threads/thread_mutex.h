@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <mutex>
 
+#include <pthread.h>
+
 #include <korvolib/export.h>
 #include <korvolib/version.h>
 
@@ -43,6 +45,7 @@ class KORVO_API ThreadMutexInited {
     bool IsHeldByThisThread() const noexcept;
 
   private:
+    static uintptr_t ThisThread() noexcept;
     KELockResult Claim(uintptr_t self) noexcept;
 
     std::mutex m_mutex;
@@ -50,6 +53,54 @@ class KORVO_API ThreadMutexInited {
     uint32_t m_depth = 0;              // read and written by the holder only
     std::atomic<bool> m_isInited{false};
 };
+
+// Inline: every parameter update takes the lock once.
+
+// A number that no two running threads share, never 0. The thread pointer is pthread_self() on the systems that
+// have the builtin, without the call.
+inline uintptr_t ThreadMutexInited::ThisThread() noexcept {
+#if __has_builtin(__builtin_thread_pointer)
+    return reinterpret_cast<uintptr_t>(__builtin_thread_pointer());
+#else
+    return (uintptr_t)pthread_self();
+#endif
+}
+
+inline bool ThreadMutexInited::IsInited() const noexcept { return m_isInited.load(std::memory_order_acquire); }
+
+// Compared without ordering: only the calling thread itself stores its own number, so a stale answer can never be
+// "mine" by mistake.
+inline bool ThreadMutexInited::IsHeldByThisThread() const noexcept {
+    return m_owner.load(std::memory_order_relaxed) == ThisThread();
+}
+
+inline KELockResult ThreadMutexInited::Claim(uintptr_t self) noexcept {
+    m_owner.store(self, std::memory_order_relaxed);
+    m_depth = 1;
+    return KELockResult::Taken;
+}
+
+inline KELockResult ThreadMutexInited::Lock() noexcept {
+    const uintptr_t self = ThisThread();
+    if (m_owner.load(std::memory_order_relaxed) == self) {
+        ++m_depth;
+        return KELockResult::Taken;
+    }
+    if (!IsInited())
+        return KELockResult::NothingToLock;
+    m_mutex.lock();
+    return Claim(self);
+}
+
+inline bool ThreadMutexInited::Unlock() noexcept {
+    if (!IsHeldByThisThread())
+        return false;
+    if (--m_depth > 0)
+        return true;
+    m_owner.store(0, std::memory_order_relaxed);
+    m_mutex.unlock();
+    return true;
+}
 
 /// Holds a mutex for a scope, left by return or by exception. Gives back exactly what it took: a mutex that came
 /// into existence meanwhile stays as it is.
