@@ -8,11 +8,13 @@
 #include <ctime>
 #include <limits>
 #include <random>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <korvolib/utilities/strings/fixed_string_test_internal.h>
-#include <tests/support/allocation_count.h>
+#include <tests/support/german_locale.h>
 
 namespace kvKorvoV12_9_0_320 {
 namespace {
@@ -21,14 +23,14 @@ using kvTest::BlockString;
 using kvTest::Checked;
 using String = KCFixedString<31>;
 
-/// What the C library's printf writes into a buffer of 32 bytes.
+/// The first 31 characters that the C library's printf writes.
 std::string Printed(double value, int precision) {
-    char text[32];
+    char text[1500]; // sign, 309 digits, point, 1100 decimals
     if (precision == -1)
         std::snprintf(text, sizeof text, "%.20g", value);
     else
         std::snprintf(text, sizeof text, "%.*f", precision, value);
-    return text;
+    return std::string(text).substr(0, 31);
 }
 
 std::string Written(double value, int precision) {
@@ -289,6 +291,29 @@ TEST(FixedStringNumbers, ExtractionOfNoTruthLeavesTheTarget) {
             EXPECT_EQ(value, before) << text;
         }
     }
+}
+
+TEST(FixedStringNumbers, NothingFollowsTheLocaleOfTheProcess) {
+    const kvTest::GermanLocale german;
+    ASSERT_TRUE(german.IsActive());
+    EXPECT_EQ(Checked(String() << 1234.5 << ' ' << 0.5f), "1234.5000000000 0.50000");
+    EXPECT_EQ(Written(0.1, -1), "0.10000000000000000555");
+    EXPECT_EQ(Written(0.5, 25), "0.5000000000000000000000000");
+    EXPECT_EQ(Written(1e20, 2), "100000000000000000000.00");
+    EXPECT_EQ(Read<double>("0.5"), 0.5);
+    EXPECT_EQ(Read<double>("0,5"), 0.0);
+    EXPECT_EQ(Read<float>("0.5"), 0.5f);
+    EXPECT_EQ(String("\xC4").case_insensitive_compare("\xE4"), 0xC4 - 0xE4);
+}
+
+TEST(FixedStringNumbers, DateAndTimeStayEnglishInAGermanHost) {
+    const kvTest::GermanLocale german;
+    ASSERT_TRUE(german.IsActive());
+    String string;
+    string << PCurrentDateAndTime();
+    const std::string day = Checked(string).substr(0, 3);
+    EXPECT_THAT((std::vector<std::string>{"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"}),
+                testing::Contains(day));
 }
 
 // ---- Formatting values
