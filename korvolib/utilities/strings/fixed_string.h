@@ -29,6 +29,8 @@
 #include <type_traits>
 
 #include <korvolib/export.h>
+#include <korvolib/utilities/strings/decimal_digits.h>
+#include <korvolib/utilities/strings/text_blocks.h>
 #include <korvolib/version.h>
 
 namespace kvKorvoV12_9_0_320 {
@@ -86,8 +88,8 @@ class KORVO_API KCFixedStringBase {
     KCFixedStringBase& operator<<(const char* text) noexcept { return append(text); }
     KCFixedStringBase& operator<<(std::nullptr_t) noexcept { return *this; }
     KCFixedStringBase& operator<<(char c) noexcept;
-    KCFixedStringBase& operator<<(short value) noexcept { return AppendSigned(value); }
-    KCFixedStringBase& operator<<(int value) noexcept { return AppendSigned(value); }
+    KCFixedStringBase& operator<<(short value) noexcept { return *this << static_cast<int>(value); }
+    KCFixedStringBase& operator<<(int value) noexcept;
     KCFixedStringBase& operator<<(unsigned int value) noexcept { return AppendDecimal(value); }
     KCFixedStringBase& operator<<(long value) noexcept { return AppendSigned(value); }
     KCFixedStringBase& operator<<(unsigned long value) noexcept { return AppendDecimal(value); }
@@ -185,7 +187,7 @@ class KORVO_API KCFixedStringBase {
 
     // Comparison of unsigned bytes up to the first NUL: exactly −1, 0 or +1.
 
-    int64_t compare(const KCFixedStringBase& other) const noexcept { return compare(other.m_begin); }
+    int64_t compare(const KCFixedStringBase& other) const noexcept;
     int64_t compare(const char* text) const noexcept {
         return text == nullptr ? 1 : Sign(std::strcmp(Text(), text));
     }
@@ -220,10 +222,12 @@ class KORVO_API KCFixedStringBase {
         m_end = m_begin + count;
         ZeroFrom(m_end);
     }
+    void SetEnd(size_t length) noexcept { m_end = m_begin + length; }
     /// The characters of `text` before its NUL, at most `limit`; reads none beyond.
     static size_t LengthUpTo(const char* text, size_t limit) noexcept {
         return text == nullptr ? 0 : ::strnlen(text, limit);
     }
+    static int64_t Sign(int difference) noexcept { return (difference > 0) - (difference < 0); }
     /// The characters before the first NUL: size() unless the string holds one.
     size_t TextLength() const noexcept { return LengthUpTo(m_begin, size()); }
 
@@ -232,8 +236,6 @@ class KORVO_API KCFixedStringBase {
 
     size_t Room() const noexcept { return static_cast<size_t>(m_begin + m_capacity - m_end); }
     const char* Text() const noexcept { return m_begin == nullptr ? "" : m_begin; }
-    static int64_t Sign(int difference) noexcept { return (difference > 0) - (difference < 0); }
-
     static void CopyText(char* to, const char* from, size_t count) noexcept;
     KCFixedStringBase& AppendRun(const char* text, size_t count) noexcept;
     KCFixedStringBase& AppendText(const char* text) noexcept;
@@ -256,9 +258,13 @@ template <size_t N>
 class KCFixedString : public KCFixedStringBase {
   public:
     KCFixedString() noexcept : KCFixedStringBase(m_buffer, N, Unwritten{}) { ZeroFrom(m_buffer); }
-    KCFixedString(const KCFixedString& other) noexcept
-        : KCFixedString(static_cast<const KCFixedStringBase&>(other)) {}
-    KCFixedString(KCFixedString&& other) noexcept : KCFixedString(static_cast<const KCFixedStringBase&>(other)) {}
+    /// Moving is copying: the source keeps its text.
+    KCFixedString(const KCFixedString& other) noexcept : KCFixedStringBase(m_buffer, N, Unwritten{}) {
+        if constexpr (kHasBlocks)
+            SetEnd(TextBlocks::CopyTextAndZero(m_buffer, other.m_buffer, sizeof m_buffer));
+        else
+            Begin(other.m_buffer, other.TextLength());
+    }
     KCFixedString(const KCFixedStringBase& other) noexcept : KCFixedString(other.data(), other.size()) {}
     KCFixedString(const char* text) noexcept : KCFixedString(text, N) {}
     /// The concatenation a + b.
@@ -277,7 +283,11 @@ class KCFixedString : public KCFixedStringBase {
     ~KCFixedString() = default;
 
     KCFixedString& operator=(const KCFixedString& other) noexcept {
-        if (this != &other)
+        if (this == &other)
+            return *this;
+        if constexpr (kHasBlocks)
+            SetEnd(TextBlocks::CopyText(m_buffer, other.m_buffer, sizeof m_buffer));
+        else
             KCFixedStringBase::operator=(other);
         return *this;
     }
@@ -294,6 +304,17 @@ class KCFixedString : public KCFixedStringBase {
         return *this;
     }
 
+    using KCFixedStringBase::compare;
+    /// Strings of one capacity, the keys of maps, compare block by block.
+    int64_t compare(const KCFixedString& other) const noexcept {
+        if constexpr (!kHasBlocks)
+            return KCFixedStringBase::compare(static_cast<const KCFixedStringBase&>(other));
+        size_t at = 0;
+        if (!TextBlocks::FindDifference(m_buffer, other.m_buffer, sizeof m_buffer, at))
+            return 0;
+        return Sign(static_cast<unsigned char>(m_buffer[at]) - static_cast<unsigned char>(other.m_buffer[at]));
+    }
+
     /// At most `count` characters from `pos` on; a negative count leaves that many off at the end.
     KCFixedString substr(size_t pos, ptrdiff_t count) const noexcept {
         const size_t from = pos < size() ? pos : size();
@@ -304,6 +325,8 @@ class KCFixedString : public KCFixedStringBase {
     }
 
   private:
+    static constexpr bool kHasBlocks = TextBlocks::kAvailable && (N + 1) % TextBlocks::kSize == 0;
+
     char m_buffer[N + 1];
 };
 
@@ -324,6 +347,14 @@ inline std::weak_ordering operator<=>(const KCFixedStringBase& a, const char* b)
 KORVO_API std::weak_ordering operator<=>(const KCFixedStringBase& a, std::string_view b) noexcept;
 inline bool operator==(const KCFixedStringBase& a, std::string_view b) noexcept { return std::is_eq(a <=> b); }
 inline bool operator<(const KCFixedStringBase& a, const KCFixedStringBase& b) noexcept { return a.compare(b) < 0; }
+template <size_t N>
+bool operator==(const KCFixedString<N>& a, const KCFixedString<N>& b) noexcept {
+    return a.compare(b) == 0;
+}
+template <size_t N>
+bool operator<(const KCFixedString<N>& a, const KCFixedString<N>& b) noexcept {
+    return a.compare(b) < 0;
+}
 
 // What else can be inserted.
 
@@ -380,10 +411,21 @@ inline KCFixedStringBase& KCFixedStringBase::append(const char* text) noexcept {
     // The length of a literal is known here: then the copy is two or three instructions.
     if (__builtin_constant_p(__builtin_strlen(text))) {
         const size_t length = __builtin_strlen(text);
-        return AppendRun(text, length < Room() ? length : Room());
+        if (length <= Room())
+            return AppendRun(text, length);
     }
 #endif
     return AppendText(text);
+}
+
+inline int64_t KCFixedStringBase::compare(const KCFixedStringBase& other) const noexcept {
+    size_t at = 0;
+    if constexpr (TextBlocks::kAvailable) {
+        const uint64_t capacity = m_capacity < other.m_capacity ? m_capacity : other.m_capacity;
+        if (TextBlocks::FindDifference(m_begin, other.m_begin, capacity + 1, at))
+            return Sign(static_cast<unsigned char>(m_begin[at]) - static_cast<unsigned char>(other.m_begin[at]));
+    }
+    return other.m_begin == nullptr ? 1 : Sign(std::strcmp(Text() + at, other.m_begin + at));
 }
 
 inline KCFixedStringBase& KCFixedStringBase::operator<<(char c) noexcept {
@@ -398,6 +440,22 @@ inline KCFixedStringBase& KCFixedStringBase::clear() noexcept {
     m_end = m_begin;
     if (m_capacity != 0) // without capacity the terminator is there already, or there is no buffer
         *m_end = '\0';
+    return *this;
+}
+
+inline KCFixedStringBase& KCFixedStringBase::operator<<(int value) noexcept {
+    const auto bits = static_cast<uint32_t>(value);
+    const uint32_t sign = bits >> 31; // no branch: the next sign is anyone's guess
+    const uint32_t magnitude = (bits ^ (0 - sign)) + sign;
+    const size_t length = StringInternal::DecimalDigits(magnitude) + sign;
+    if (length > Room())
+        return AppendSigned(value);
+    char* const first = m_end;
+    char* const end = first + length;
+    *first = '-'; // or a digit, below
+    StringInternal::WriteDigitsBefore(end, magnitude, length - sign);
+    *end = '\0';
+    m_end = end;
     return *this;
 }
 

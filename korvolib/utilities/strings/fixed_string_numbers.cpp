@@ -12,14 +12,18 @@
 namespace kvKorvoV12_9_0_320 {
 
 using StringInternal::DecimalDigits;
+using StringInternal::kPowersOf10;
 using StringInternal::WriteDigitsBefore;
 
 // ---- Writing
 
 KCFixedStringBase& KCFixedStringBase::AppendDecimal(uint64_t value) noexcept {
-    const size_t count = std::min(DecimalDigits(value), Room());
+    const size_t digits = DecimalDigits(value);
+    const size_t count = std::min(digits, Room());
     if (count == 0)
         return *this;
+    if (count < digits)
+        value %= kPowersOf10[count];
     m_end += count;
     WriteDigitsBefore(m_end, value, count);
     *m_end = '\0';
