@@ -30,7 +30,8 @@ function(korvo_library)
   set_target_properties(KorvoLib PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   target_sources(KorvoLib PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
   target_compile_features(KorvoLib PUBLIC cxx_std_20)
-  target_link_libraries(KorvoLib PRIVATE $<BUILD_INTERFACE:korvo_options> EXPAT::EXPAT Boost::headers)
+  target_link_libraries(KorvoLib PRIVATE $<BUILD_INTERFACE:korvo_options>
+    EXPAT::EXPAT Boost::headers Boost::filesystem PkgConfig::libzip)
   set_target_properties(KorvoLib PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
@@ -59,7 +60,7 @@ function(korvo_benchmark name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE korvo_options korvo_test_support KorvoLib::KorvoLib ${arg_LINK}
-    Boost::headers benchmark::benchmark_main)
+    Boost::headers PkgConfig::libzip benchmark::benchmark_main)
 endfunction()
 
 function(korvo_benchmarks_of_rooms)
