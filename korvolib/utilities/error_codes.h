@@ -13,9 +13,19 @@ inline constexpr int32_t kErr_ControlIndexOutOfRange = -19;
 
 inline constexpr int32_t kErr_FileNotFound = -1002;
 inline constexpr int32_t kErr_FileAlreadyExists = -1003;
+inline constexpr int32_t kErr_ZipEntryNotReadable = -1011; // missing, empty or damaged
+inline constexpr int32_t kErr_UnknownPositionMode = -1017;
+inline constexpr int32_t kErr_PathNormalisationFailed = -1024;
+inline constexpr int32_t kErr_InvalidFileRef = -1026; // the reference of no open file
+
+// What the system says of files and programs.
+inline constexpr int32_t kErr_BadExecutableFormat = -2012;
+inline constexpr int32_t kErr_InvalidHandle = -2013; // not open, or not open for this
+inline constexpr int32_t kErr_SharingViolation = -2014;
 
 inline constexpr int32_t kErr_AllocationFailed = -4001;
 inline constexpr int32_t kErr_NullArgument = -4003;
+inline constexpr int32_t kErr_NotEnoughMemory = -4009; // the system's, where -4001 is our own
 
 inline constexpr int32_t kErr_WrongRecordVersion = -5017;
 inline constexpr int32_t kErr_EmptyChunk = -5023;
