@@ -1,0 +1,84 @@
+#include "host.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "failure.h"
+#include "hosted_plugin.h"
+#include "interruption.h"
+#include "parameter_text.h"
+#include "render.h"
+
+namespace kvKorvoV12_9_0_320::kvHost {
+namespace {
+
+constexpr int kExit_Failure = 2;
+
+constexpr const char* kPluginHelp = "A plug-in's shared object, or the name of one that stands beside this program";
+
+void List(const std::string& plugin) {
+    const KCHostedPlugin hosted(plugin);
+    std::fputs(ParameterTable(hosted.GetAlgorithm()).c_str(), stdout);
+}
+
+// Each command sets itself up on the command line and runs when it was named.
+void AddListCommand(CLI::App& app, std::string& plugin) {
+    CLI::App* const list = app.add_subcommand("list", "Print a plug-in's parameters as a table");
+    list->add_option("PLUGIN", plugin, kPluginHelp)->required();
+    list->callback([&plugin] { List(plugin); });
+}
+
+void AddRenderCommand(CLI::App& app, sRENDER_OPTIONS& options) {
+    CLI::App* const render = app.add_subcommand("render", "Render a sound file through a plug-in");
+    render->add_option("PLUGIN", options.plugin, kPluginHelp)->required();
+    render->add_option("--in", options.in, "The sound file to read (mono or stereo)")->required();
+    render->add_option("--out", options.out, "The sound file to write (.wav, .aiff or .flac)")->required();
+    render->add_option("--session", options.session, "What happens meanwhile: a YAML list of timed events");
+    render->add_option("--block", options.blockFrames, "Frames processed at once")
+        ->check(CLI::Range(1u, kLargestBlock))
+        ->capture_default_str();
+    render->add_option("--table", options.table,
+                       "Write the parameters' final values and the events to this text file");
+    render->add_option("--plot", options.plot, "Draw the level before and after into this SVG file");
+    render->callback([&options] { Render(options); });
+}
+
+int Fail(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    std::fprintf(stderr, "korvo-host: %s\n", text.c_str());
+    return kExit_Failure;
+}
+
+int ParseAndRun(int argc, const char* const* argv) {
+    CLI::App app("Runs plug-ins without a window: lists their parameters, renders sound files.", "korvo-host");
+    app.require_subcommand(1);
+    std::string plugin;
+    sRENDER_OPTIONS options;
+    AddListCommand(app, plugin);
+    AddRenderCommand(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+            return app.exit(error); // --help
+        return Fail(std::string(error.what()) + " (korvo-host --help shows what there is)");
+    }
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? 0 : Fail("standard output cannot be written");
+}
+
+} // namespace
+
+int RunHost(int argc, const char* const* argv) {
+    WatchForInterruption();
+    try {
+        return ParseAndRun(argc, argv);
+    } catch (const std::exception& failure) {
+        return Fail(failure.what());
+    }
+}
+
+} // namespace kvKorvoV12_9_0_320::kvHost

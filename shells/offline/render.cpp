@@ -1,0 +1,189 @@
+#include "render.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "audio_buffers.h"
+#include "failure.h"
+#include "hosted_plugin.h"
+#include "interruption.h"
+#include "level_meter.h"
+#include "level_plot.h"
+#include "parameter_text.h"
+#include "progress_bar.h"
+#include "session_player.h"
+#include "sound_file.h"
+#include "text.h"
+#include "text_table.h"
+
+namespace kvKorvoV12_9_0_320::kvHost {
+namespace {
+
+constexpr double kLevelsPerSecond = 20.0;
+
+void RefuseSharedOutputs(const std::vector<std::string>& paths) {
+    std::set<std::filesystem::path> named;
+    for (const std::string& path : paths)
+        if (!path.empty() && !named.insert(std::filesystem::path(path).lexically_normal()).second)
+            throw KCHostFailure(path + ": named for two outputs");
+}
+
+std::string EventTable(const std::vector<sPLAYED_EVENT>& events) {
+    KCTextTable table({{"at s", true}, {"played at s", true}, {"line", true}, {"event"}, {"effect"}});
+    for (const sPLAYED_EVENT& event : events)
+        table.AddRow({NumberText(event.atSeconds), FixedText(event.playedSeconds, 4), std::to_string(event.line),
+                      event.what, event.effect});
+    return table.ToText();
+}
+
+class KCRendering {
+  public:
+    explicit KCRendering(const sRENDER_OPTIONS& options)
+        : m_options(options), m_plugin(options.plugin), m_in(options.in),
+          m_session(options.session.empty() ? sSESSION() : ReadSessionFile(options.session)),
+          m_player(m_plugin.GetAlgorithm(), m_session, m_in.GetFormat().sampleRateHz), m_outFile(options.out),
+          m_out(m_outFile, m_in.GetFormat()), m_buffers(m_in.GetFormat().numChannels, options.blockFrames),
+          m_before(m_in.GetFormat().numChannels, WindowFrames()),
+          m_after(m_in.GetFormat().numChannels, WindowFrames()) {
+        if (!options.table.empty())
+            m_table.emplace(options.table);
+        if (!options.plot.empty())
+            m_plot.emplace(options.plot);
+    }
+
+    void Run() {
+        Prepare();
+        Process();
+        m_out.Finish();
+        if (m_table)
+            m_table->Write(Table());
+        if (m_plot)
+            m_plot->Write(Plot());
+        KeepAll();
+    }
+
+    std::string Summary() const {
+        const double seconds = static_cast<double>(m_in.GetNumFrames()) / m_in.GetFormat().sampleRateHz;
+        std::string summary = m_options.out + ": " + FixedText(seconds, 2) + " s, " +
+                              std::to_string(m_in.GetFormat().sampleRateHz) + " Hz, " +
+                              (m_in.GetFormat().numChannels == 1 ? "mono, " : "stereo, ") +
+                              std::to_string(m_player.GetPlayed().size()) + " events";
+        if (m_player.GetNumLeft() > 0)
+            summary += ", " + std::to_string(m_player.GetNumLeft()) + " after the end of the sound";
+        if (m_plugin.GetRunner().GetNumRepairedPieces() > 0)
+            summary += ", samples that are not finite replaced in " +
+                       std::to_string(m_plugin.GetRunner().GetNumRepairedPieces()) + " blocks";
+        return summary;
+    }
+
+  private:
+    int64_t WindowFrames() const { return static_cast<int64_t>(m_in.GetFormat().sampleRateHz / kLevelsPerSecond); }
+
+    void Prepare() {
+        const sPROCESS_SETUP setup{static_cast<double>(m_in.GetFormat().sampleRateHz), m_options.blockFrames,
+                                   m_in.GetFormat().numChannels};
+        if (const int32_t result = m_plugin.GetRunner().Prepare(setup); result != kErr_NoErr)
+            throw KCHostFailure(m_options.plugin + ": the plug-in cannot process " +
+                                std::to_string(setup.numChannels) + " channels at " +
+                                NumberText(setup.sampleRateHz) + " Hz: error " + std::to_string(result));
+    }
+
+    // The input, then as much silence as it takes for the delayed end to come out.
+    void Process() {
+        const int64_t latency = m_plugin.GetRunner().GetLatencyFrames();
+        const int64_t total = m_in.GetNumFrames() + latency;
+        KCProgressBar progress(total);
+        for (int64_t frame = 0; frame < total; frame += m_options.blockFrames) {
+            ThrowIfInterrupted();
+            m_player.PlayUpTo(frame);
+            DeliverChanges();
+            const int64_t numFrames = std::min<int64_t>(m_options.blockFrames, total - frame);
+            ReadBlock(numFrames);
+            m_buffers.Process(m_plugin.GetRunner(), numFrames);
+            WriteBlock(std::clamp<int64_t>(latency - frame, 0, numFrames), numFrames);
+            progress.Show(frame + numFrames);
+        }
+    }
+
+    // However many events fall on one block, all of them reach it: between two blocks the audio side is ours, and
+    // an empty block makes room in the queue for what waits.
+    void DeliverChanges() {
+        KCPluginRunner& runner = m_plugin.GetRunner();
+        runner.DoIdle();
+        for (size_t numWaiting = runner.GetQueue().GetNumWaiting(), before = numWaiting + 1;
+             numWaiting > 0 && numWaiting < before; numWaiting = runner.GetQueue().GetNumWaiting()) {
+            before = numWaiting;
+            m_buffers.Process(runner, 0);
+            runner.DoIdle();
+        }
+    }
+
+    void ReadBlock(int64_t numFrames) {
+        float* const interleaved = m_buffers.GetInterleaved();
+        const int64_t numRead = m_in.Read(interleaved, numFrames);
+        m_before.Add(interleaved, numRead);
+        std::fill(interleaved + numRead * m_in.GetFormat().numChannels,
+                  interleaved + numFrames * m_in.GetFormat().numChannels, 0.0f);
+    }
+
+    void WriteBlock(int64_t firstFrame, int64_t endFrame) {
+        const float* const interleaved = m_buffers.GetInterleaved() + firstFrame * m_in.GetFormat().numChannels;
+        m_out.Write(interleaved, endFrame - firstFrame);
+        m_after.Add(interleaved, endFrame - firstFrame);
+    }
+
+    std::string Table() const {
+        const bool isA = m_plugin.GetAlgorithm().GetActiveSetup() == kPluginSetup_A;
+        return std::string(m_plugin.GetName()) +
+               ", parameters after the render (active setup: " + (isA ? "A" : "B") + ")\n\n" +
+               ParameterTableWithValues(m_plugin.GetAlgorithm()) + "\nEvents\n\n" +
+               EventTable(m_player.GetPlayed());
+    }
+
+    std::string Plot() const {
+        sLEVEL_PLOT plot;
+        plot.title = std::filesystem::path(m_options.in).filename().string() + " through " + m_plugin.GetName();
+        plot.windowSeconds = static_cast<double>(m_before.GetWindowFrames()) / m_in.GetFormat().sampleRateHz;
+        plot.before = m_before.GetLevels();
+        plot.after = m_after.GetLevels();
+        for (const sPLAYED_EVENT& event : m_player.GetPlayed())
+            plot.events.push_back({event.playedSeconds, event.what});
+        return LevelPlotSvg(plot);
+    }
+
+    void KeepAll() {
+        if (m_table)
+            m_table->Keep();
+        if (m_plot)
+            m_plot->Keep();
+        m_outFile.Keep();
+    }
+
+    const sRENDER_OPTIONS& m_options;
+    KCHostedPlugin m_plugin;
+    KCSoundReader m_in;
+    sSESSION m_session;
+    KCSessionPlayer m_player;
+    KCOutputFile m_outFile;
+    KCSoundWriter m_out;
+    KCAudioBuffers m_buffers;
+    KCLevelMeter m_before;
+    KCLevelMeter m_after;
+    std::optional<KCOutputFile> m_table;
+    std::optional<KCOutputFile> m_plot;
+};
+
+} // namespace
+
+void Render(const sRENDER_OPTIONS& options) {
+    RefuseSharedOutputs({options.out, options.table, options.plot});
+    KCRendering rendering(options);
+    rendering.Run();
+    std::printf("%s\n", rendering.Summary().c_str());
+}
+
+} // namespace kvKorvoV12_9_0_320::kvHost

@@ -1,0 +1,27 @@
+// Renders a sound file through a plug-in while a session moves its parameters.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <korvolib/version.h>
+
+namespace kvKorvoV12_9_0_320::kvHost {
+
+struct sRENDER_OPTIONS {
+    std::string plugin;
+    std::string in;
+    std::string out;
+    std::string session; // empty: no events
+    std::string table;   // where the table of parameters and events goes; empty: nowhere
+    std::string plot;    // where the picture of the levels goes; empty: nowhere
+    uint32_t blockFrames = 512;
+};
+
+inline constexpr uint32_t kLargestBlock = 65536;
+
+/// The output is as long as the input: what the plug-in delays is moved back, by its latency at the start. The same
+/// inputs give the same bytes in every run. Throws KCHostFailure, and then no output file is touched.
+void Render(const sRENDER_OPTIONS& options);
+
+} // namespace kvKorvoV12_9_0_320::kvHost

@@ -1,0 +1,75 @@
+// Plays a session into an algorithm: finds the parameters that it names, and carries out each event at the block
+// that it is due at, in the way a host does: under the algorithm's lock, through the update operations, buffers
+// executed.
+//
+// An event takes effect at the first block boundary that is not before its time, counted in whole frames: never
+// early, and at most one block late.
+//
+// Thread: [main], between two blocks.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <korvolib/alg/algorithm.h>
+
+#include "session.h"
+
+namespace kvKorvoV12_9_0_320::kvHost {
+
+/// What an event did.
+struct sPLAYED_EVENT {
+    double atSeconds = 0.0;     // as the session says
+    double playedSeconds = 0.0; // when the block began
+    int line = 0;
+    std::string what;   // DescribeAction
+    std::string effect; // "Ratio 2 → 4", or "nothing changed"
+};
+
+class KCSessionPlayer {
+  public:
+    /// Algorithm (FinishCreate done) and session must outlive this. Throws KCHostFailure with file and line for a
+    /// name, state, value or text that the parameters do not know.
+    KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz);
+
+    /// Carries out what is due at a block that begins with this frame; the frames of successive calls ascend.
+    void PlayUpTo(int64_t frame);
+
+    const std::vector<sPLAYED_EVENT>& GetPlayed() const { return m_played; }
+    size_t GetNumLeft() const { return m_events.size() - m_played.size(); }
+
+  private:
+    using BUFFER_HEADER = cALGORITHM::BUFFER_HEADER;
+
+    struct sBOUND_EVENT {
+        const sSESSION_EVENT* event = nullptr;
+        int64_t frame = 0;
+        size_t param = kNoParam; // of the events that name one
+        double state = 0.0;      // where a 'set' moves it
+    };
+
+    sBOUND_EVENT Bind(const sSESSION_EVENT& event) const;
+    size_t FindParam(const sSESSION_EVENT& event, const std::string& name) const;
+    double StateOf(const sSESSION_EVENT& event, const sSET_PARAM& set, size_t param) const;
+    double StateOfValue(const sSESSION_EVENT& event, double realWorld, size_t param) const;
+    double StateOfText(const sSESSION_EVENT& event, const std::string& text, size_t param) const;
+    [[noreturn]] void Fail(const sSESSION_EVENT& event, const std::string& text) const;
+
+    // One for each kind of event; the chain is executed by the caller.
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSET_PARAM& set);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSWITCH_SETUP& change);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy);
+
+    std::vector<double> ActiveValues() const;
+    std::string EffectSince(const std::vector<double>& before) const;
+
+    cALGORITHM& m_algorithm;
+    const sSESSION& m_session;
+    double m_sampleRateHz;
+    std::vector<sBOUND_EVENT> m_events;
+    std::vector<sPLAYED_EVENT> m_played;
+};
+
+} // namespace kvKorvoV12_9_0_320::kvHost
