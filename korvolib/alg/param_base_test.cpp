@@ -1,7 +1,8 @@
 #include <korvolib/alg/param_base.h>
 
 #include <cmath>
-#include <cstring>
+#include <cstdint>
+#include <iterator>
 #include <limits>
 #include <random>
 
@@ -478,6 +479,13 @@ TEST(ParamBase, ConversionsDoNotAllocate) {
         param.CopySetup(kPluginSetup_A, kPluginSetup_B);
     }
     EXPECT_EQ(count.Taken(), 0u);
+}
+
+TEST(ParamFlags, HaveTheirBits) {
+    const uint32_t masks[] = {0x4, 0x8, 0x10, 0x20, 0x80, 0x800, 0x1000, 0x2000, 0x4000, 0x40000};
+    ASSERT_EQ(std::size(kParamFlagNames), std::size(masks));
+    for (size_t i = 0; i < std::size(masks); ++i)
+        EXPECT_EQ(kParamFlagNames[i].Mask, masks[i]) << kParamFlagNames[i].Name;
 }
 
 TEST(PluginSetup, OnlyAAndBAreSetups) {

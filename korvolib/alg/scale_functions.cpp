@@ -180,13 +180,11 @@ double InverseLinearRangesScaleWithRounding(double r, sSCALE_INFO* s) noexcept {
 }
 
 double ToggleScale(double x, sSCALE_INFO* s) noexcept {
-    constexpr double kLimit = 9223372036854775808.0; // 2^63: nothing from here on converts to long
+    constexpr double kLimit = 9223372036854775808.0; // 2^63; what converts is above -2^63, and so divides by -1
     if (s == nullptr || !(std::fabs(x) < kLimit) || !(std::fabs(s->a) < kLimit))
         return 0.0;
     const auto divisor = static_cast<int64_t>(s->a);
-    if (divisor == 0 || divisor == -1) // -1 leaves no remainder, and traps for the lowest integer
-        return 0.0;
-    return static_cast<double>(static_cast<int64_t>(x) % divisor);
+    return divisor == 0 ? 0.0 : static_cast<double>(static_cast<int64_t>(x) % divisor);
 }
 
 double ToggleRangesScale(double x, sSCALE_INFO* s) noexcept {
