@@ -1,7 +1,10 @@
 // The life of an algorithm: creation in its settled order, initialisation, whole updates.
 
 #include <korvolib/alg/algorithm_internal.h>
+#include <korvolib/alg/param_description.h>
 #include <korvolib/utilities/error_codes.h>
+
+#include <cstring>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -97,7 +100,24 @@ int32_t cALGORITHM::FinishCreate() {
     return m_rest->createResult;
 }
 
-int32_t cALGORITHM::PrepareParameterVec() { return PrepareParameterVecSelf(); }
+int32_t cALGORITHM::PrepareParameterVec() {
+    const char* const xml = GetDescription("ParamsXML");
+    return xml != nullptr ? ReadParamsFromDescription(xml) : PrepareParameterVecSelf();
+}
+
+// Behind the parameters that were added before, if any.
+int32_t cALGORITHM::ReadParamsFromDescription(const char* xml) {
+    ScaleFunctionsMap userScales;
+    std::vector<sCONTROL_PARAM> params;
+    std::vector<sDESCRIPTION_PROBLEM> problems;
+    PrepareScaleFunctionsMap(userScales);
+    const int32_t result = ReadParamDescription(xml, std::strlen(xml), userScales, params, problems);
+    const int32_t kept = KeepDescriptionProblems("ParamsXML", problems);
+    for (const sCONTROL_PARAM& param : params)
+        if (AddParam(param) == kNoParam)
+            return kErr_AllocationFailed;
+    return result != kErr_NoErr ? result : kept;
+}
 
 // Names lead to indexes, blocks are made, and both setups agree with their states from here on.
 int32_t cALGORITHM::SettleParameterVec() {
@@ -231,17 +251,22 @@ int32_t cALGORITHM::UnregisterPart(const KCFixedStringBase& name) {
 
 int32_t cALGORITHM::PrepareScaleFunctionsMap(ScaleFunctionsMap& map) { return PrepareScaleFunctionsMapSelf(map); }
 
-void cALGORITHM::AddDescriptionProblem(const char* description, int32_t line, const KCFixedStringBase& text) {
+int32_t cALGORITHM::KeepDescriptionProblems(const char* description,
+                                            const std::vector<sDESCRIPTION_PROBLEM>& problems) {
     try {
-        m_rest->problems.push_back({KCFixedString<63>(description), line, KCFixedString<255>(text)});
-    } catch (const std::bad_alloc&) { // one report fewer: reading went on without it too
-        SetUpdateAlgRequired();
+        for (const sDESCRIPTION_PROBLEM& problem : problems) {
+            m_rest->problems.push_back(problem);
+            m_rest->problems.back().Description = description;
+        }
+    } catch (const std::bad_alloc&) {
+        return kErr_AllocationFailed;
     }
+    return problems.empty() ? kErr_NoErr : kErr_BadDescription;
 }
 
 size_t cALGORITHM::GetNumDescriptionProblems() const { return m_rest->problems.size(); }
 
-const sALGORITHM_PROBLEM* cALGORITHM::GetDescriptionProblem(size_t number) const {
+const sDESCRIPTION_PROBLEM* cALGORITHM::GetDescriptionProblem(size_t number) const {
     return number < m_rest->problems.size() ? &m_rest->problems[number] : nullptr;
 }
 

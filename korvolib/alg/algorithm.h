@@ -26,6 +26,7 @@
 
 #include <korvolib/alg/algorithm_broadcaster.h>
 #include <korvolib/alg/control_param.h>
+#include <korvolib/alg/description_problem.h>
 #include <korvolib/alg/key_values.h>
 #include <korvolib/alg/process_memory.h>
 #include <korvolib/control/link_groups.h>
@@ -66,13 +67,6 @@ class KORVO_API KCAlgorithmPart {
   public:
     virtual ~KCAlgorithmPart() = default;
     virtual KPAPI_PROCESS_MEMORY::BUFFER_HEADER* UpdateAlg() = 0; // its chain, or null
-};
-
-// Something in a description that has no meaning: where, and what was expected.
-struct sALGORITHM_PROBLEM {
-    KCFixedString<63> description;
-    int32_t line = 0;
-    KCFixedString<255> text;
 };
 
 class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Listener {
@@ -218,6 +212,8 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     const KCFixedString<127>& GetParamScaleType(size_t index) const;
     const KCFixedString<127>& GetParamName(size_t index) const;
     bool IsParamUnused(size_t index) const;
+    // The text of the active value: the one set by hand while the value stands, otherwise made by the display
+    // function or with the decimals of the resolution.
     void GetParamValueString(size_t index, KCFixedStringBase& out) const;
     void SetParamValueString(size_t index, const KCFixedStringBase& text);
     virtual void GetParamLabelString(size_t index, KCFixedStringBase& out) const;
@@ -279,7 +275,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     int32_t PrepareScaleFunctionsMap(ScaleFunctionsMap& map);
 
     size_t GetNumDescriptionProblems() const;
-    const sALGORITHM_PROBLEM* GetDescriptionProblem(size_t number) const; // null past the end
+    const sDESCRIPTION_PROBLEM* GetDescriptionProblem(size_t number) const; // null past the end
 
   protected:
     // ---- What a plug-in supplies -----------------------------------------------------------------------------
@@ -314,7 +310,8 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     // hook.
     void SetRealWorldAndUpdateAndNotifyAutomation(size_t index, double realWorld, EPluginSetup setup);
 
-    void AddDescriptionProblem(const char* description, int32_t line, const KCFixedStringBase& text);
+    // Puts problems found in a description into the list, under its name. kErr_BadDescription when there are any.
+    int32_t KeepDescriptionProblems(const char* description, const std::vector<sDESCRIPTION_PROBLEM>& problems);
 
   private:
     struct sRest;
@@ -326,6 +323,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     void ReportPresetModified(const sCONTROL_PARAM& param, bool hasChanged);
     void ReportDetail(const char* key, const char* value);
     int32_t SettleParameterVec();
+    int32_t ReadParamsFromDescription(const char* xml);
     void DisposeBuffer(BUFFER_HEADER*& chain);
 
     bool RestoreParam(size_t index, const sPARAM_VALUES& values, EPluginSetup newActive);

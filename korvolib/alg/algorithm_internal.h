@@ -18,7 +18,7 @@ struct cALGORITHM::sRest {
     int32_t createResult = 0;
     KCRuntimeReporter* reporter = nullptr;
     std::map<KCFixedString<63>, std::string> descriptions;
-    std::vector<sALGORITHM_PROBLEM> problems;
+    std::vector<sDESCRIPTION_PROBLEM> problems;
     std::map<KCFixedString<1023>, KCAlgorithmPart*> parts;
     std::unordered_map<std::string_view, size_t> indexByName; // views of the records' names
     std::vector<uint8_t> due; // per parameter: what RestoreParams and its like still owe

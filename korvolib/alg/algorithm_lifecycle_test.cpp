@@ -295,4 +295,51 @@ TEST(AlgorithmHooks, ScaleFunctionsComeFromThePlugIn) {
     EXPECT_EQ(RecordingAlgorithm().PrepareScaleFunctionsMap(map), 0);
 }
 
+// ---- Descriptions ---------------------------------------------------------------------------------------------
+
+TEST(AlgorithmDescription, BuildsTheParametersAndTheirLinks) {
+    RecordingAlgorithm algorithm;
+    algorithm.SetDescription("ParamsXML", R"(<Params>
+        <Param Name="Left"><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>10</Maximum>
+          <Resolution>0.1</Resolution></Param>
+        <Param Name="Right"><ScaleType Type="linear"/><Minimum>0</Minimum><Maximum>10</Maximum>
+          <Resolution>0.1</Resolution></Param>
+        <LinkGroups><LinkGroup Number="1" Law="Relative"><Member Name="Left"/><Member Name="Right"/></LinkGroup>
+        </LinkGroups></Params>)");
+    EXPECT_EQ(algorithm.FinishCreate(), 0);
+    EXPECT_EQ(algorithm.GetParamIDFromName("Right"), 1u);
+    algorithm.UpdateParamByGesture(0, 500.0);
+    EXPECT_EQ(algorithm.GetParamRealWorld(1), 5.0);
+}
+
+TEST(AlgorithmDescription, TakesThePlaceOfThePlugInsOwnParameters) {
+    StepsAlgorithm algorithm;
+    algorithm.SetDescription("ParamsXML", "<Params><Param Name='Described'/></Params>");
+    algorithm.FinishCreate();
+    EXPECT_EQ(algorithm.GetNumParams(), 1u);
+    EXPECT_EQ(algorithm.GetParamName(0), "Described");
+}
+
+TEST(AlgorithmDescription, WhatIsWrongIsListedAndTheRestWorks) {
+    RecordingAlgorithm algorithm;
+    algorithm.SetDescription(
+        "ParamsXML", "<Params>\n<Param Name='Good'><ScaleType Type='none'/></Param>\n<Param/>\n<LinkGroups>\n"
+                     "<LinkGroup Number='1' Law='Sideways'/></LinkGroups></Params>");
+    EXPECT_EQ(algorithm.FinishCreate(), kErr_BadDescription);
+    EXPECT_EQ(algorithm.GetNumParams(), 1u);
+    ASSERT_EQ(algorithm.GetNumDescriptionProblems(), 3u); // no name; no such law; no members
+    EXPECT_EQ(algorithm.GetDescriptionProblem(0)->Description, "ParamsXML");
+    EXPECT_EQ(algorithm.GetDescriptionProblem(0)->Line, 3);
+    EXPECT_EQ(algorithm.GetDescriptionProblem(1)->Line, 5);
+    EXPECT_EQ(algorithm.GetDescriptionProblem(3), nullptr);
+}
+
+TEST(AlgorithmDescription, TextThatIsNoXmlLeavesNoParameters) {
+    RecordingAlgorithm algorithm;
+    algorithm.SetDescription("ParamsXML", "<Params><Param Name='Lost'/>");
+    EXPECT_EQ(algorithm.FinishCreate(), kErr_MalformedText);
+    EXPECT_EQ(algorithm.GetNumParams(), 0u);
+    EXPECT_EQ(algorithm.GetNumDescriptionProblems(), 1u);
+}
+
 } // namespace

@@ -72,8 +72,13 @@ bool cALGORITHM::IsParamUnused(size_t index) const { return index < m_params.siz
 
 void cALGORITHM::GetParamValueString(size_t index, KCFixedStringBase& out) const {
     out.clear();
-    if (index < m_params.size())
-        FormatValueText(m_params[index], m_params[index].GetRealWorld(m_activeSetup), out);
+    if (index >= m_params.size())
+        return;
+    const sCONTROL_PARAM& param = m_params[index];
+    if (param.IsValueStringCurrent())
+        out = param.GetValueString();
+    else
+        FormatValueText(param, param.GetRealWorld(m_activeSetup), out);
 }
 
 void cALGORITHM::SetParamValueString(size_t index, const KCFixedStringBase& text) {

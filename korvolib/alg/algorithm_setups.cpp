@@ -122,8 +122,10 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::SetActiveSetup(EPluginSetup setup) {
     if (m_linkGroups != nullptr)
         m_linkGroups->CopyLastValuesToOtherSetup();
     m_activeSetup = setup;
-    for (size_t index = 0; index < m_params.size(); ++index)
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        m_params[index].InvalidateValueString();
         m_params[index].UpdateControllers(index);
+    }
     RefreshAllParams();
     return AnnounceRestored(true, false);
 }

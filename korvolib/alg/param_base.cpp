@@ -137,6 +137,7 @@ int KCParam_Base::SetScaleDefaults(double value, const KCFixedStringBase& valueT
 
 void KCParam_Base::UpdateValueString(EPluginSetup setup) {
     FormatValueText(*this, GetRealWorld(setup), m_valueString);
+    m_isValueStringCurrent = true;
 }
 
 ETranslateTextRetType KCParam_Base::TranslateValueString(const KCFixedStringBase& text, double& realWorld) const {

@@ -152,7 +152,14 @@ class KORVO_API KCParam_Base {
 
     // Text ----------------------------------------------------------------------------------------------------
     const KCFixedString<127>& GetValueString() const noexcept { return m_valueString; }
-    void SetValueString(const KCFixedStringBase& text) noexcept { m_valueString = text; }
+    /// Stands until a value changes: see IsValueStringCurrent.
+    void SetValueString(const KCFixedStringBase& text) noexcept {
+        m_valueString = text;
+        m_isValueStringCurrent = true;
+    }
+    /// Whether the value string was made or set since a state or value of the parameter was last stored.
+    bool IsValueStringCurrent() const noexcept { return m_isValueStringCurrent; }
+    void InvalidateValueString() noexcept { m_isValueStringCurrent = false; }
     /// Value string = text of that setup's real-world value, by the display function or with the decimals that the
     /// resolution implies.
     void UpdateValueString(EPluginSetup setup);
@@ -187,6 +194,7 @@ class KORVO_API KCParam_Base {
     bool m_isComparisonPending = false;
     bool m_isUpdatePending = false;
     bool m_isLinkedInThisPass = false;
+    bool m_isValueStringCurrent = false;
     // Second: the inverse, and the scale's coefficients, with which m_scale begins.
     ScaleFunction m_inverseScaleFunction = nullptr;
     double m_comparisonValue = 0.0;
@@ -226,6 +234,7 @@ inline void KCParam_Base::SetState(EPluginSetup setup, double state) noexcept {
 }
 
 inline void KCParam_Base::SetRealWorld(EPluginSetup setup, double realWorld) noexcept {
+    m_isValueStringCurrent = false;
     if (IsPluginSetup(setup))
         m_realWorld[setup] = realWorld;
 }
@@ -234,6 +243,7 @@ inline double KCParam_Base::UpdateState(EPluginSetup setup, double state) {
     if (!IsPluginSetup(setup))
         return 0.0;
     m_state[setup] = state;
+    m_isValueStringCurrent = false;
     return m_realWorld[setup] = StateToRealWorld(state);
 }
 
@@ -243,6 +253,7 @@ inline void KCParam_Base::SetSetupWord(EPluginSetup setup, int32_t word) noexcep
 }
 
 inline void KCParam_Base::UpdateRealWorldFromState(EPluginSetup setup) {
+    m_isValueStringCurrent = false;
     if (IsPluginSetup(setup))
         m_realWorld[setup] = StateToRealWorld(m_state[setup]);
 }

@@ -68,7 +68,7 @@ void Reader::List(int32_t line, const KCFixedStringBase& text) {
     if (m_problems.size() > kMaxListedProblems)
         return;
     const bool isLast = m_problems.size() == kMaxListedProblems;
-    m_problems.push_back({line, text});
+    m_problems.push_back({line, text, {}});
     if (isLast)
         m_problems.back().Text = "there are more problems than are listed";
 }
@@ -76,6 +76,8 @@ void Reader::List(int32_t line, const KCFixedStringBase& text) {
 void Reader::Read(const KCXMLElement& root) {
     for (const KCXMLElement& child : root.Children()) {
         m_current.clear();
+        if (child.HasName(kLinkGroups))
+            continue; // read by the link groups themselves
         if (!child.HasName(kParam)) {
             Report(child, "unknown element ", child.GetName());
         } else if (m_params.size() == kMaxDescribedParams) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <korvolib/alg/control_param.h>
+#include <korvolib/alg/description_problem.h>
 #include <korvolib/export.h>
 #include <korvolib/utilities/strings/fixed_string.h>
 #include <korvolib/version.h>
@@ -22,12 +23,6 @@ class KCXMLElement;
 
 /// Scales that a plug-in supplies, by the scale type that a description names.
 using UserScaleFunctionsMap = std::map<KCFixedString<127>, sUserScaleFunctions>;
-
-/// Something in a description that is not as it should be.
-struct sDESCRIPTION_PROBLEM {
-    int32_t Line = 0; // from 1; 0 where the place is unknown
-    KCFixedString<255> Text;
-};
 
 /// More parameters than this are not read.
 inline constexpr size_t kMaxDescribedParams = 20000;

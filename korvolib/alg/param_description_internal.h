@@ -11,6 +11,7 @@ namespace kvKorvoV12_9_0_320::ParamDescription {
 
 inline constexpr const char* kParams = "Params";
 inline constexpr const char* kParam = "Param";
+inline constexpr const char* kLinkGroups = "LinkGroups";
 inline constexpr const char* kName = "Name";
 inline constexpr const char* kLabel = "Label";
 inline constexpr const char* kUnits = "Units";

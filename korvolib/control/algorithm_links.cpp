@@ -33,11 +33,9 @@ int32_t cALGORITHM::DescribeLinkGroups() {
     const KCXMLElement* const groups = root.FindChild("LinkGroups");
     if (groups == nullptr)
         return kErr_NoErr;
-    std::vector<sLINK_PROBLEM> problems;
+    std::vector<sDESCRIPTION_PROBLEM> problems;
     m_linkGroups->ReadFromXML(*groups, problems);
-    for (const sLINK_PROBLEM& problem : problems)
-        AddDescriptionProblem("ParamsXML", problem.line, problem.text);
-    return problems.empty() ? kErr_NoErr : kErr_BadDescription;
+    return KeepDescriptionProblems("ParamsXML", problems);
 }
 
 bool cALGORITHM::IsParamInLinkedMode(size_t index) const {

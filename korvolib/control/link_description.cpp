@@ -17,19 +17,19 @@ namespace {
 
 class ProblemList {
   public:
-    explicit ProblemList(std::vector<sLINK_PROBLEM>& problems) : m_problems(problems) {}
+    explicit ProblemList(std::vector<sDESCRIPTION_PROBLEM>& problems) : m_problems(problems) {}
     // The parts of the message follow each other.
     void Add(const KCXMLElement& element, const char* first, const char* quoted = nullptr, const char* last = "") {
-        sLINK_PROBLEM problem;
-        problem.line = element.GetLine();
-        problem.text << first;
+        sDESCRIPTION_PROBLEM problem;
+        problem.Line = element.GetLine();
+        problem.Text << first;
         if (quoted != nullptr)
-            problem.text << " \"" << quoted << "\"" << last;
+            problem.Text << " \"" << quoted << "\"" << last;
         m_problems.push_back(problem);
     }
 
   private:
-    std::vector<sLINK_PROBLEM>& m_problems;
+    std::vector<sDESCRIPTION_PROBLEM>& m_problems;
 };
 
 bool ReadFlag(const KCXMLElement& element, const char* name, bool otherwise, ProblemList& problems) {
@@ -79,7 +79,7 @@ void ReadGroup(const KCXMLElement& element, KCLinkGroups& groups, ProblemList& p
 
 } // namespace
 
-void KCLinkGroups::ReadFromXML(const KCXMLElement& element, std::vector<sLINK_PROBLEM>& problems) {
+void KCLinkGroups::ReadFromXML(const KCXMLElement& element, std::vector<sDESCRIPTION_PROBLEM>& problems) {
     ProblemList list(problems);
     for (const KCXMLElement& child : element.Children()) {
         if (child.HasName("LinkGroup"))

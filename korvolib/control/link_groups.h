@@ -21,6 +21,7 @@
 #include <vector>
 
 #include <korvolib/alg/control_param.h>
+#include <korvolib/alg/description_problem.h>
 #include <korvolib/control/link_laws.h>
 #include <korvolib/export.h>
 
@@ -43,12 +44,6 @@ struct sLINK_GROUP_INFO {
 struct sLINK_LAST_VALUES {
     double realWorld[kNumPluginSetups] = {0.0, 0.0};
     double state[kNumPluginSetups] = {0.0, 0.0};
-};
-
-// Something in a description of groups that has no meaning.
-struct sLINK_PROBLEM {
-    int32_t line = 0;
-    KCFixedString<255> text;
 };
 
 class KORVO_API KCLinkGroups {
@@ -124,7 +119,7 @@ class KORVO_API KCLinkGroups {
     void AdjustLinkGroupsToCurrentGuiControls();
 
     // Reads a <LinkGroups> element; what has no meaning is left out and reported.
-    void ReadFromXML(const KCXMLElement& element, std::vector<sLINK_PROBLEM>& problems);
+    void ReadFromXML(const KCXMLElement& element, std::vector<sDESCRIPTION_PROBLEM>& problems);
     int32_t WriteToXML(KCXMLElement& element) const;
 
     // ---- Last values, and what a pass leaves --------------------------------------------------------------------

@@ -524,11 +524,11 @@ class LinkDescriptionTest : public LinkGroupsTest {
     std::vector<std::string> Read(const char* xml) {
         KCXMLElement element;
         EXPECT_EQ(element.Parse(xml, std::strlen(xml)), 0);
-        std::vector<sLINK_PROBLEM> problems;
+        std::vector<sDESCRIPTION_PROBLEM> problems;
         groups.ReadFromXML(element, problems);
         std::vector<std::string> texts;
-        for (const sLINK_PROBLEM& problem : problems)
-            texts.push_back(std::to_string(problem.line) + ": " + problem.text.c_str());
+        for (const sDESCRIPTION_PROBLEM& problem : problems)
+            texts.push_back(std::to_string(problem.Line) + ": " + problem.Text.c_str());
         return texts;
     }
 };
@@ -576,7 +576,7 @@ TEST_F(LinkDescriptionTest, WrittenGroupsReadBackTheSame) {
     ASSERT_EQ(element.SetName("LinkGroups"), 0);
     ASSERT_EQ(groups.WriteToXML(element), 0);
     KCLinkGroups again(params, setup);
-    std::vector<sLINK_PROBLEM> problems;
+    std::vector<sDESCRIPTION_PROBLEM> problems;
     again.ReadFromXML(element, problems);
     EXPECT_TRUE(problems.empty());
     KCXMLElement second;

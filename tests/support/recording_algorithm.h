@@ -58,7 +58,6 @@ class RecordingAlgorithm : public cALGORITHM {
     }
     void ActiveSideChainChanged(bool isActive) override { log.push_back(isActive ? "side on" : "side off"); }
 
-    using cALGORITHM::AddDescriptionProblem;
     using cALGORITHM::ScaleAllParams;
     using cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation;
 
