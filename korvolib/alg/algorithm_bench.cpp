@@ -1,14 +1,14 @@
 #include <korvolib/alg/algorithm.h>
 
-#include <future>
 #include <mutex>
 #include <random>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <unordered_map>
 
 #include <benchmark/benchmark.h>
+
+#include <tests/support/second_thread.h>
 
 namespace {
 
@@ -44,21 +44,7 @@ class BenchAlgorithm : public cALGORITHM {
     BUFFER_HEADER* InitAlgSelf() override { return nullptr; }
 };
 
-// A host always has a second thread, and the C library's mutexes are cheaper without one: every figure here is
-// taken with one alive.
-class SecondThread {
-  public:
-    SecondThread() : m_thread([this] { m_stop.get_future().wait(); }) {}
-    ~SecondThread() {
-        m_stop.set_value();
-        m_thread.join();
-    }
-
-  private:
-    std::promise<void> m_stop;
-    std::thread m_thread;
-};
-const SecondThread g_secondThread;
+const kvTest::SecondThread g_secondThread;
 
 // ---- One update against its floor: the lock, four virtual calls and one linear scale --------------------------
 

@@ -163,6 +163,7 @@ class KORVO_API KCLinkGroups {
     };
 
     void InitAtFirstCall(size_t index);
+    void StoreLast(size_t index, EPluginSetup setup);
     void BeginPass(size_t source);
     void MoveMember(size_t source, size_t member, KCLinkFuncInterface& law);
     size_t Remember(size_t index, KCLinkFuncInterface* law);

@@ -2,9 +2,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tests/support/second_thread.h>
+
 namespace {
 
 using namespace kvKorvo;
+
+const kvTest::SecondThread g_secondThread;
 
 // `numParams` parameters; the first `numLinked` are one relative group.
 class LinkedAlgorithm : public cALGORITHM {

@@ -9,11 +9,20 @@ namespace kvKorvoV12_9_0_320 {
 
 // ---- Last values ----------------------------------------------------------------------------------------------
 
+inline void KCLinkGroups::StoreLast(size_t index, EPluginSetup setup) {
+    if (!IsPluginSetup(setup))
+        return;
+    m_lastValues[index].realWorld[setup] = m_params[index].GetRealWorld(setup);
+    m_lastValues[index].state[setup] = m_params[index].GetState(setup);
+}
+
 void KCLinkGroups::InitLastValuesMap() {
     m_lastValues.assign(m_params.size(), {});
-    for (size_t index = 0; index < m_params.size(); ++index)
-        for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B})
-            UpdateLastValues(index, setup);
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        const sCONTROL_PARAM& param = m_params[index];
+        m_lastValues[index] = {{param.GetRealWorld(kPluginSetup_A), param.GetRealWorld(kPluginSetup_B)},
+                               {param.GetState(kPluginSetup_A), param.GetState(kPluginSetup_B)}};
+    }
 }
 
 const sLINK_LAST_VALUES* KCLinkGroups::GetLastValues(size_t index) const {
@@ -22,10 +31,8 @@ const sLINK_LAST_VALUES* KCLinkGroups::GetLastValues(size_t index) const {
 
 void KCLinkGroups::UpdateLastValues(size_t index, int32_t setup) {
     const EPluginSetup which = setup == kPluginSetup_Active ? m_activeSetup : static_cast<EPluginSetup>(setup);
-    if (!IsPluginSetup(which) || index >= m_lastValues.size())
-        return;
-    m_lastValues[index].realWorld[which] = m_params[index].GetRealWorld(which);
-    m_lastValues[index].state[which] = m_params[index].GetState(which);
+    if (index < m_lastValues.size())
+        StoreLast(index, which);
 }
 
 void KCLinkGroups::CopyLastValuesToOtherSetup() {
@@ -40,11 +47,11 @@ void KCLinkGroups::StoreLastValues(size_t source) {
     InitAtFirstCall(source);
     if (!IsParam(source) || m_groupsOfParam[source].empty())
         return;
-    UpdateLastValues(source, kPluginSetup_Active);
+    StoreLast(source, m_activeSetup);
     for (const sLINK_GROUP_INFO* info : m_groupsOfParam[source])
         if (info->IsActing())
             for (const size_t member : info->members)
-                UpdateLastValues(member, kPluginSetup_Active);
+                StoreLast(member, m_activeSetup);
 }
 
 void KCLinkGroups::AtUpdateAlg() {
@@ -138,9 +145,9 @@ class KCLinkGroups::sTelling {
 
 void KCLinkGroups::EndPass(size_t source, size_t firstMove) {
     const size_t endMove = m_moves.size();
-    UpdateLastValues(source, kPluginSetup_Active);
+    StoreLast(source, m_activeSetup);
     for (size_t i = firstMove; i < endMove; ++i)
-        UpdateLastValues(m_moves[i].index, kPluginSetup_Active);
+        StoreLast(m_moves[i].index, m_activeSetup);
     for (size_t i = firstMove; i < endMove; ++i)
         Tell(m_moves[i].index, m_moves[i].oldRealWorld);
 }

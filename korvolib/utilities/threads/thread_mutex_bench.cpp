@@ -4,7 +4,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tests/support/second_thread.h>
+
 namespace {
+
+const kvTest::SecondThread g_secondThread;
 
 void ThreadMutex_KorvoLib(benchmark::State& state) {
     kvKorvo::kvThread::ThreadMutexInited mutex;
