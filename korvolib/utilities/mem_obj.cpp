@@ -95,6 +95,18 @@ bool KCStMemObj::Reserve(size_t capacity) noexcept {
     return true;
 }
 
+uint8_t* KCStMemObj::GrowAndReserve(size_t size) noexcept {
+    if (size > kMaxSize - m_size)
+        return nullptr;
+    constexpr size_t kFirstCapacity = 256;
+    const size_t needed = m_size + size;
+    if (!Reserve(std::max({needed, kFirstCapacity, std::min(kMaxSize, m_size * 2)})))
+        return nullptr;
+    uint8_t* const appended = m_data + m_size;
+    m_size = needed;
+    return appended;
+}
+
 bool operator==(const KCStMemObj& left, const KCStMemObj& right) noexcept {
     return std::ranges::equal(left.GetBytes(), right.GetBytes());
 }

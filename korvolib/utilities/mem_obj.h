@@ -41,6 +41,17 @@ class KORVO_API KCStMemObj {
     [[nodiscard]] int32_t Append(const void* bytes, size_t size) noexcept;
     [[nodiscard]] int32_t Append(std::string_view text) noexcept { return Append(text.data(), text.size()); }
 
+    /// Makes room for `size` more bytes behind those held and returns where they begin, to be written now: their
+    /// value is anything. Many appends cost one copy of the whole on average. Null, and the block unchanged, when
+    /// there is no memory.
+    [[nodiscard]] uint8_t* AppendAndReserve(size_t size) noexcept {
+        if (size > m_capacity - m_size)
+            return GrowAndReserve(size);
+        uint8_t* const appended = m_data + m_size;
+        m_size += size;
+        return appended;
+    }
+
     /// Holds a copy of the other's bytes; a copy of itself changes nothing. kErr_AllocationFailed leaves it empty.
     [[nodiscard]] int32_t CopyFrom(const KCStMemObj& other) noexcept;
 
@@ -64,6 +75,7 @@ class KORVO_API KCStMemObj {
 
   private:
     bool Reserve(size_t capacity) noexcept;
+    uint8_t* GrowAndReserve(size_t size) noexcept;
 
     uint8_t* m_data = nullptr;
     size_t m_size = 0;
