@@ -35,6 +35,8 @@ inline constexpr int32_t kErr_MalformedText = -6001;  // not well-formed, or a d
 inline constexpr int32_t kErr_LimitExceeded = -6002;  // deeper, longer or larger than the reader's stated limits
 inline constexpr int32_t kErr_BadDescription = -6003; // well-formed, yet something in it has no meaning
 
+inline constexpr int32_t kErr_MalformedStream = -6101; // a graphic stream whose records do not hold together
+
 inline constexpr int32_t kErr_NoSuchChunkIndex = -7971;
 
 } // namespace kvKorvoV12_9_0_320
