@@ -1,0 +1,161 @@
+#include <korvolib/graphicstream/binary_writer.h>
+
+#include <type_traits>
+
+#include <korvolib/graphicstream/record_bytes_internal.h>
+#include <korvolib/utilities/error_codes.h>
+
+namespace kvKorvoV12_9_0_320::kvGS {
+
+namespace {
+
+template <class Coordinate>
+constexpr int CoordinateType() noexcept {
+    return std::is_same_v<Coordinate, float> ? int{kFloat} : int{kInt16};
+}
+
+} // namespace
+
+/// The points in place and the command that uses them, in one piece.
+template <class Coordinate>
+KCGraphicStreamBinaryWriter&
+KCGraphicStreamBinaryWriter::AppendShape(uint32_t kind, KEGSMethod method, uint32_t flags, SGSRGBAColor color,
+                                         const Coordinate* coordinates, uint32_t count) noexcept {
+    const size_t bytes = count * 2 * sizeof(Coordinate);
+    uint8_t* const at = Reserve(sizeof(SGSDataHere) + bytes + sizeof(SGSDrawVertices));
+    if (at == nullptr)
+        return *this;
+    RecordBytes(at)
+        .PutData(CoordinateType<Coordinate>(), kPoint2D, coordinates, size_t{count} * 2, bytes)
+        .Put(uint32_t{kDrawVertices}, uint32_t{sizeof(SGSDrawVertices)}, flags, color, m_settings.strokeWidth,
+             m_settings.strokePattern, method, kind, count);
+    return *this;
+}
+
+template <class Coordinate>
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendRect(KEGSMethod method, uint32_t flags,
+                                                                     SGSRGBAColor color,
+                                                                     const KURect<Coordinate>& rect) noexcept {
+    const Coordinate corners[] = {rect.left,  rect.top,    rect.right, rect.top,
+                                  rect.right, rect.bottom, rect.left,  rect.bottom};
+    return AppendShape(kPolygon, method, flags, color, corners, 4);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLine(SGSLocation from, SGSLocation to) noexcept {
+    const float points[] = {from.x, from.y, to.x, to.y};
+    return AppendShape(kStraightLines, kWire, m_settings.flags, m_settings.color, points, 2);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLine(KUPoint<short> from,
+                                                                   KUPoint<short> to) noexcept {
+    const int16_t points[] = {from.x, from.y, to.x, to.y};
+    return AppendShape(kStraightLines, kWire, m_settings.flags, m_settings.color, points, 2);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawArcLine(const SGSRect& rect, float startAngle,
+                                                                      float sweepAngle) noexcept {
+    return AppendOval(rect, kWire, startAngle, sweepAngle);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawOval(const SGSRect& rect, KEGSMethod method,
+                                                                   float startAngle, float sweepAngle) noexcept {
+    return AppendOval(rect, method, startAngle, sweepAngle);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendOval(const SGSRect& rect, KEGSMethod method,
+                                                                     float startAngle, float sweepAngle) noexcept {
+    if (uint8_t* at = Reserve(sizeof(SGSDrawOval))) {
+        RecordBytes(at).Put(uint32_t{kDrawOval}, uint32_t{sizeof(SGSDrawOval)}, m_settings.flags, m_settings.color,
+                            m_settings.strokeWidth, m_settings.strokePattern, method, rect, startAngle, sweepAngle,
+                            m_settings.segments);
+    }
+    return *this;
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawSolidRect(SGSRGBAColor color,
+                                                                        const KURect<short>& rect) noexcept {
+    return AppendRect(kSolid, m_settings.flags, color, rect);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawSolidRect(SGSRGBAColor color,
+                                                                        const KURect<float>& rect) noexcept {
+    return AppendRect(kSolid, m_settings.flags, color, rect);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawWireRect(SGSRGBAColor color,
+                                                                       const KURect<short>& rect) noexcept {
+    return DrawWireRect(color, rect.ConvertTo<float>());
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawWireRect(SGSRGBAColor color,
+                                                                       const KURect<float>& rect) noexcept {
+    const float half = m_settings.strokeWidth / 2;
+    return AppendRect(kWire, m_settings.flags, color, rect.Inset(half, half));
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawXORRect(const KURect<short>& rect) noexcept {
+    return AppendRect(kSolid, m_settings.flags | eDrawInXORMode, m_settings.color, rect);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawXORRect(const KURect<float>& rect) noexcept {
+    return AppendRect(kSolid, m_settings.flags | eDrawInXORMode, m_settings.color, rect);
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawVertices(uint32_t kind, KEGSMethod method) noexcept {
+    const size_t count = m_arrays.GetNumVertices();
+    if (count == 0)
+        return *this;
+    if (count > UINT32_MAX) {
+        Fail(kErr_LimitExceeded);
+        return *this;
+    }
+    const bool colored = m_arrays.GetNumColors() == count;
+    m_arrays.GiveVerticesToGS(*this);
+    if (colored)
+        m_arrays.GiveColorsToGS(*this);
+    if (uint8_t* at = Reserve(sizeof(SGSDrawVertices))) {
+        const uint32_t flags = colored ? m_settings.flags | kColorsInData : m_settings.flags;
+        RecordBytes(at).Put(uint32_t{kDrawVertices}, uint32_t{sizeof(SGSDrawVertices)}, flags, m_settings.color,
+                            m_settings.strokeWidth, m_settings.strokePattern, method, kind,
+                            static_cast<uint32_t>(count));
+    }
+    return *this;
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::ClipRect(const SGSRect& rect) noexcept {
+    if (uint8_t* at = Reserve(sizeof(SGSClipRect)))
+        RecordBytes(at).Put(uint32_t{kClipRect}, uint32_t{sizeof(SGSClipRect)}, m_settings.flags, rect);
+    return *this;
+}
+
+KCGraphicStreamBinaryWriter&
+KCGraphicStreamBinaryWriter::ClipMultipleRects(std::span<const SGSRect> rects) noexcept {
+    if (rects.size() > UINT32_MAX / sizeof(SGSRect) - 2) {
+        Fail(kErr_LimitExceeded);
+        return *this;
+    }
+    DataHere(kRect, kClipRectangles, rects.data(), rects.size());
+    if (uint8_t* at = Reserve(sizeof(SGSClipMultipleRects))) {
+        RecordBytes(at).Put(uint32_t{kClipMultipleRects}, uint32_t{sizeof(SGSClipMultipleRects)}, m_settings.flags,
+                            static_cast<uint32_t>(rects.size()));
+    }
+    return *this;
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::ClipVertices() noexcept {
+    const size_t count = m_arrays.GetNumVertices();
+    if (count == 0)
+        return *this;
+    if (count > UINT32_MAX) {
+        Fail(kErr_LimitExceeded);
+        return *this;
+    }
+    m_arrays.GiveVerticesToGS(*this);
+    if (uint8_t* at = Reserve(sizeof(SGSClipVertices))) {
+        RecordBytes(at).Put(uint32_t{kClipVertices}, uint32_t{sizeof(SGSClipVertices)}, m_settings.flags,
+                            static_cast<uint32_t>(count));
+    }
+    return *this;
+}
+
+} // namespace kvKorvoV12_9_0_320::kvGS
