@@ -31,7 +31,7 @@ function(korvo_library)
   target_sources(KorvoLib PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
   target_compile_features(KorvoLib PUBLIC cxx_std_20)
   target_link_libraries(KorvoLib PRIVATE $<BUILD_INTERFACE:korvo_options>
-    EXPAT::EXPAT Boost::headers Boost::filesystem PkgConfig::libzip)
+    EXPAT::EXPAT Boost::headers Boost::filesystem PkgConfig::libzip yaml-cpp)
   set_target_properties(KorvoLib PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
