@@ -241,6 +241,7 @@ class KORVO_API KCFixedStringBase {
     KCFixedStringBase& AppendText(const char* text) noexcept;
     KCFixedStringBase& AssignRun(const char* text, size_t count) noexcept;
     KCFixedStringBase& AppendSigned(int64_t value) noexcept;
+    KCFixedStringBase& AppendLargeInt(int value) noexcept;
     KCFixedStringBase& AppendDecimal(uint64_t value) noexcept;
     char& TerminatorSlot() const noexcept;
     void ReplaceInPlace(char from, const char* to, size_t toLength) noexcept;
@@ -443,19 +444,31 @@ inline KCFixedStringBase& KCFixedStringBase::clear() noexcept {
     return *this;
 }
 
+/// Below a million, digits are copied three at a time; the NUL comes with the last of them.
 inline KCFixedStringBase& KCFixedStringBase::operator<<(int value) noexcept {
+    using StringInternal::TripleDigits;
+    using StringInternal::TripleText;
     const auto bits = static_cast<uint32_t>(value);
     const uint32_t sign = bits >> 31; // no branch: the next sign is anyone's guess
     const uint32_t magnitude = (bits ^ (0 - sign)) + sign;
-    const size_t length = StringInternal::DecimalDigits(magnitude) + sign;
-    if (length > Room())
-        return AppendSigned(value);
-    char* const first = m_end;
-    char* const end = first + length;
-    *first = '-'; // or a digit, below
-    StringInternal::WriteDigitsBefore(end, magnitude, length - sign);
-    *end = '\0';
-    m_end = end;
+    const uint32_t high = magnitude / 1000;
+    if (high >= 1000 || Room() < 7)
+        return AppendLargeInt(value);
+    *m_end = '-'; // or a digit, below
+    char* to = m_end + sign;
+    if (high == 0) {
+        const size_t digits = TripleDigits(magnitude);
+        const char* text = TripleText(magnitude, digits);
+        std::memcpy(to, text, 2);
+        to += digits;
+        std::memcpy(to - 1, text + digits - 1, 2);
+    } else {
+        const size_t digits = TripleDigits(high);
+        std::memcpy(to, TripleText(high, digits), 4); // what is not a digit of it, the low ones overwrite
+        std::memcpy(to + digits, TripleText(magnitude % 1000, 3), 4);
+        to += digits + 3;
+    }
+    m_end = to;
     return *this;
 }
 

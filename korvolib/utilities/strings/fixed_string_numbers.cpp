@@ -13,6 +13,8 @@ namespace kvKorvoV12_9_0_320 {
 
 using StringInternal::DecimalDigits;
 using StringInternal::kPowersOf10;
+using StringInternal::TripleDigits;
+using StringInternal::TripleText;
 using StringInternal::WriteDigitsBefore;
 
 // ---- Writing
@@ -35,6 +37,29 @@ KCFixedStringBase& KCFixedStringBase::AppendSigned(int64_t value) noexcept {
         return AppendDecimal(static_cast<uint64_t>(value));
     *this << '-';
     return AppendDecimal(uint64_t{0} - static_cast<uint64_t>(value));
+}
+
+/// What the inline insertion leaves: a million and more, or little room.
+KCFixedStringBase& KCFixedStringBase::AppendLargeInt(int value) noexcept {
+    const auto bits = static_cast<uint32_t>(value);
+    const uint32_t magnitude = value < 0 ? 0 - bits : bits;
+    uint32_t top = magnitude / 1000000;
+    if (top == 0 || Room() < 11)
+        return AppendSigned(value);
+    *m_end = '-'; // or a digit, below
+    char* to = m_end + (value < 0);
+    size_t digits = TripleDigits(top);
+    if (top >= 1000) {
+        *to++ = static_cast<char>('0' + top / 1000);
+        top %= 1000;
+        digits = 3;
+    }
+    std::memcpy(to, TripleText(top, digits), 4); // what is not a digit of it, the low ones overwrite
+    to += digits;
+    std::memcpy(to, TripleText(magnitude / 1000 % 1000, 3), 4);
+    std::memcpy(to + 3, TripleText(magnitude % 1000, 3), 4);
+    m_end = to + 6;
+    return *this;
 }
 
 KCFixedStringBase& KCFixedStringBase::append_uint(uint64_t value, int base) noexcept {

@@ -100,6 +100,25 @@ TEST(FixedStringNumbers, EveryLengthOfNumberAgreesWithPrintf) {
     }
 }
 
+TEST(FixedStringNumbers, IntsAgreeWithPrintfWhateverTheRoom) {
+    std::mt19937 random(5);
+    for (int i = 0; i < 200000; ++i) {
+        const int value = static_cast<int>(random()) >> (random() % 32);
+        const std::string magnitude = std::to_string(std::abs(static_cast<int64_t>(value)));
+        BlockString string(random() % 14);
+        const size_t capacity = string.capacity();
+        string.append("zzzzzzzzzzzzzz").clear() << value;
+        const std::string sign(capacity != 0 && value < 0 ? 1 : 0, '-');
+        const size_t kept = std::min(magnitude.size(), capacity - sign.size());
+        const std::string expected = sign + magnitude.substr(magnitude.size() - kept);
+        ASSERT_EQ(Checked(string), expected) << value;
+        for (size_t behind = expected.size() + 1; behind < capacity; ++behind)
+            ASSERT_EQ(string[behind], 'z') << value;
+    }
+    for (const int value : {0, 9, 10, 99, 100, 999, 1000, 999999, 1000000, 999999999, 1000000000, INT_MAX, INT_MIN})
+        EXPECT_EQ(Checked(String() << value), std::to_string(value));
+}
+
 TEST(FixedStringNumbers, NumbersAtEveryCapacityStayInsideTheirBlock) {
     const std::string digits = std::to_string(UINT64_MAX);
     for (size_t capacity = 0; capacity <= 21; ++capacity) {
