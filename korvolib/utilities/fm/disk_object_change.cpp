@@ -97,7 +97,10 @@ int32_t RemoveTree(const std::string& path, KEObjectKind kind) {
         for (const sChild& child : children)
             KeepFirst(first, RemoveTree(child.path, child.kind));
     }
-    KeepFirst(first, RemoveOne(path.c_str(), kind));
+    const int32_t removed = RemoveOne(path.c_str(), kind);
+    if (removed == kErr_NoErr) // what failed before cannot have left anything behind
+        return kErr_NoErr;
+    KeepFirst(first, removed);
     return first;
 }
 
@@ -148,7 +151,7 @@ int32_t CopyToNew(const sSource& source, const char* to) {
     result = CopyContent(source.handle, handle);
     KeepFirst(result, CloseHandle(handle));
     if (result != kErr_NoErr)
-        RemoveOne(to, KEObjectKind::File);
+        RemoveNewFile(to);
     return result;
 }
 

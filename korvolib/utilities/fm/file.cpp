@@ -93,7 +93,7 @@ KCStTempFile::KCStTempFile(const KCStPath& folder) noexcept {
 KCStTempFile::~KCStTempFile() {
     Close();
     if (m_path)
-        CurrentPlatform().RemoveFile(NativeOf(m_path.GetPathRef()));
+        RemoveNewFile(NativeOf(m_path.GetPathRef()));
 }
 
 int32_t KCStTempFile::TakeOver(KCStPath& path) noexcept {

@@ -56,6 +56,7 @@ class TempFolder {
     FM::KCStPath Path(const std::string& name) const { return FM::KCStPath(Text(name).c_str()); }
     /// A new file with that content.
     FM::KCStPath File(const std::string& name, const std::string& text) const {
+        std::filesystem::remove(Text(name)); // rewriting in place makes some file systems wait for the disk
         Spit(Text(name), text);
         return Path(name);
     }

@@ -142,11 +142,19 @@ int32_t OpenHandle(const char* path, const sOpenHow& how, KESharing sharing, int
     if (error != 0)
         return TranslateSystemError(error);
     const int32_t result = PrepareHandle(opened, how, sharing, info);
-    if (result == kErr_NoErr)
+    if (result == kErr_NoErr) {
         handle = opened;
-    else
-        CloseHandle(opened);
+        return result;
+    }
+    CloseHandle(opened);
+    // A new file that cannot be handed over should not stay, unless someone has found it already.
+    if (how.mustBeNew && result != kErr_SharingViolation)
+        RemoveNewFile(path);
     return result;
+}
+
+void RemoveNewFile(const char* path) noexcept {
+    Uninterrupted([&] { return CurrentPlatform().RemoveFile(path); });
 }
 
 int32_t CloseHandle(int handle) noexcept {
@@ -239,6 +247,8 @@ int32_t CreateTempIn(KTPathType* folder, uint32_t mode, KTOpenFileType*& out, KT
         result = OpenHandle(NativeOf(path), how, KESharing::Readers, handle, info);
         if (result == kErr_NoErr)
             return HandOver(handle, result, out);
+        if (result == kErr_SharingViolation) // whoever locks a file of this name took it from us
+            RemoveNewFile(NativeOf(path));
         DisposePathRef(path);
         if (result != kErr_FileAlreadyExists)
             return result;

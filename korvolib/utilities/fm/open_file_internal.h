@@ -26,6 +26,8 @@ enum class KESharing : uint8_t { Nobody, Readers };
 /// Opens, refuses folders, takes the locks. The handle is -1 unless the result is 0.
 int32_t OpenHandle(const char* path, const sOpenHow& how, KESharing sharing, int& handle,
                    sObjectInfo& info) noexcept;
+/// Takes back a file that was just made.
+void RemoveNewFile(const char* path) noexcept;
 /// 0, or what the system says of data it could not keep.
 int32_t CloseHandle(int handle) noexcept;
 /// A new file in a folder, locked as CreateAFile does it for reading and writing.

@@ -20,8 +20,11 @@ KCStPath FolderOf(const KCStPath& path) {
 int32_t FindTarget(KTPathType* path, KCStPath& target) {
     sObjectInfo info;
     KTPathType* found = nullptr;
-    const bool isLink = InfoOfPath(NativeOf(path), false, info) == kErr_NoErr && info.kind == KEObjectKind::Link;
-    const int32_t result = isLink ? ResolveFileSystemLink(path, found) : MakePathRef(TextOf(*path), found);
+    int32_t result = InfoOfPath(NativeOf(path), false, info);
+    if (result == kErr_NoErr && info.kind == KEObjectKind::Link)
+        result = ResolveFileSystemLink(path, found);
+    else if (result == kErr_NoErr || result == kErr_FileNotFound)
+        result = MakePathRef(TextOf(*path), found);
     target.TakeOver(found);
     return result;
 }
@@ -144,7 +147,7 @@ void KCStFileReplace::GiveUp() noexcept {
     Close();
     CloseFile(m_old);
     if (m_temporary)
-        Uninterrupted([&] { return CurrentPlatform().RemoveFile(NativeOf(m_temporary.GetPathRef())); });
+        RemoveNewFile(NativeOf(m_temporary.GetPathRef()));
     m_temporary.Clear();
 }
 
