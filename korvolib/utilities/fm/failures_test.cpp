@@ -238,7 +238,7 @@ size_t CallsOf(const sOperation& operation, const TempFolder& folder, int32_t& r
 
 class Failures : public testing::TestWithParam<sOperation> {
   protected:
-    TempFolder m_folder;
+    TempFolder m_folder{TempFolder::Fast()};
 };
 
 TEST_P(Failures, OfEveryCallAreReportedOrHarmless) {
