@@ -23,13 +23,26 @@ std::string FindPlugin(const std::string& plugin) {
     return plugin;
 }
 
+namespace {
+
+std::string CreateProblem(const cALGORITHM& algorithm, int32_t result) {
+    const sDESCRIPTION_PROBLEM* const problem = algorithm.GetDescriptionProblem(0);
+    if (problem == nullptr)
+        return "error " + std::to_string(result);
+    std::string text = problem->Description.c_str();
+    return text + ":" + std::to_string(problem->Line) + ": " + problem->Text.c_str();
+}
+
+} // namespace
+
 KCHostedPlugin::KCHostedPlugin(const std::string& plugin) {
     KCFixedString<1023> error;
     if (m_loader.Load(FindPlugin(plugin).c_str(), error) != kErr_NoErr)
         throw KCHostFailure(error.c_str());
     m_runner = std::make_unique<KCPluginRunner>(*m_loader.GetPlugin());
     if (const int32_t result = m_runner->Create(); result != kErr_NoErr)
-        throw KCHostFailure(plugin + ": the plug-in could not be created: error " + std::to_string(result));
+        throw KCHostFailure(plugin +
+                            ": the plug-in could not be created: " + CreateProblem(GetAlgorithm(), result));
 }
 
 } // namespace kvKorvoV12_9_0_320::kvHost
