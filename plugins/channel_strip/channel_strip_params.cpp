@@ -1,6 +1,7 @@
 // The parameters of the strip as a description, in the order of KEParam. They touch every kind of scale the library
 // has: straight and logarithmic, with coarse steps (gate hold and release), frequency, break points that run upward
-// and downward, switches, lists of values, and a fader with a taper of its own.
+// and downward, switches, lists of values, and a fader with a taper of its own. The trims keep their balance under a
+// user's hand; bell gains and thresholds can be linked too, each by another law.
 
 #include <plugins/channel_strip/channel_strip_params.h>
 
@@ -250,6 +251,20 @@ const char* ParamsXML() noexcept {
     <ScaleType Type="fader"/>
     <Default Type="RealWorld">0</Default>
   </Param>
+  <LinkGroups>
+    <LinkGroup Number="1" Law="Relative">
+      <Member Name="Left Trim"/>
+      <Member Name="Right Trim"/>
+    </LinkGroup>
+    <LinkGroup Number="2" Law="Reverse" Enabled="false">
+      <Member Name="Bell 1 Gain"/>
+      <Member Name="Bell 2 Gain"/>
+    </LinkGroup>
+    <LinkGroup Number="3" Law="Absolute" Enabled="false">
+      <Member Name="Gate Threshold"/>
+      <Member Name="Compressor Threshold"/>
+    </LinkGroup>
+  </LinkGroups>
 </Params>
 )xml";
 }

@@ -170,5 +170,36 @@ TEST(StripParams, WordsCanBeTyped) {
     EXPECT_EQ(typed(kParam_LowCutFrequency, "1 kHz"), 1000.0);
 }
 
+TEST(StripLinks, TrimsKeepTheirBalanceUnderAUsersHand) {
+    sSTRIP host;
+    auto* chain = host.strip.UpdateParamRequestRealWorld(kParam_RightTrim, 3.0);
+    const double state = host.strip.RealWorldToState(kParam_LeftTrim, -2.0);
+    chain = kvKorvo::cALGORITHM::ChainBufs(chain, host.strip.UpdateParamByGesture(kParam_LeftTrim, state));
+    host.strip.ExecuteAndDisposeBuffer(chain);
+    EXPECT_NEAR(host.strip.GetParamRealWorld(kParam_LeftTrim), -2.0, 1e-9);
+    EXPECT_NEAR(host.strip.GetParamRealWorld(kParam_RightTrim), 1.0, 1e-9);
+}
+
+TEST(StripLinks, BellGainsMirrorEachOtherOnceLinked) {
+    sSTRIP host;
+    const double state = host.strip.RealWorldToState(kParam_Bell1Gain, 6.0);
+    auto* chain = host.strip.UpdateParamByGesture(kParam_Bell1Gain, state);
+    EXPECT_NEAR(host.strip.GetParamRealWorld(kParam_Bell2Gain), 0.0, 1e-9);
+    host.strip.GetLinkGroups()->SetGroupState(2, true);
+    const double further = host.strip.RealWorldToState(kParam_Bell1Gain, 9.0);
+    chain = kvKorvo::cALGORITHM::ChainBufs(chain, host.strip.UpdateParamByGesture(kParam_Bell1Gain, further));
+    host.strip.ExecuteAndDisposeBuffer(chain);
+    EXPECT_NEAR(host.strip.GetParamRealWorld(kParam_Bell2Gain), -3.0, 1e-9);
+}
+
+TEST(StripLinks, ThresholdsTakeTheSameValueOnceLinked) {
+    sSTRIP host;
+    host.strip.GetLinkGroups()->SetGroupState(3, true);
+    const double state = host.strip.RealWorldToState(kParam_CompressorThreshold, -30.0);
+    auto* chain = host.strip.UpdateParamByGesture(kParam_CompressorThreshold, state);
+    host.strip.ExecuteAndDisposeBuffer(chain);
+    EXPECT_NEAR(host.strip.GetParamRealWorld(kParam_GateThreshold), -30.0, 1e-9);
+}
+
 } // namespace
 } // namespace kvStrip

@@ -1,5 +1,5 @@
-// A thread that does nothing while it lives. A host always has more than one thread, and the C library's mutexes are
-// cheaper in a process that never had a second one: a benchmark that takes locks keeps one of these.
+// A thread that does nothing while it lives. A host always has more than one thread, and the C library's mutexes
+// are cheaper in a process that never had a second one: a benchmark that takes locks keeps one of these.
 //
 //   const kvTest::SecondThread g_secondThread;
 #pragma once
