@@ -29,6 +29,7 @@ size_t cALGORITHM::AddParam(const sCONTROL_PARAM& param) {
         return kNoParam;
     try {
         m_params.push_back(param);
+        m_rest->due.resize(m_params.size());
     } catch (const std::bad_alloc&) {
         return kNoParam;
     }
@@ -91,6 +92,7 @@ int32_t cALGORITHM::FinishCreate() {
     Broadcaster()->insert(this);
     KeepFirstError(result, FinishCreateAutomation());
     const int32_t ownResult = FinishCreateSelf();
+    KeepFirstError(result, CollectParamsNotSavedToUndo());
     m_rest->createResult = ownResult != kErr_NoErr ? ownResult : result;
     ReportDetail("alg state", "created");
     ReportDetail("active_setup", m_activeSetup == kPluginSetup_A ? "0" : "1");
@@ -126,13 +128,23 @@ int32_t cALGORITHM::SettleParameterVec() {
         for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B})
             param.UpdateRealWorldFromState(setup);
     try {
-        m_rest->due.assign(m_params.size(), 0);
         for (size_t index = 0; index < m_params.size(); ++index)
             m_rest->indexByName.try_emplace(m_params[index].GetName().c_str(), index);
     } catch (const std::bad_alloc&) {
         return kErr_AllocationFailed;
     }
     return m_pool.Init(GetProcessMemorySize());
+}
+
+int32_t cALGORITHM::CollectParamsNotSavedToUndo() {
+    try {
+        for (size_t index = 0; index < m_params.size(); ++index)
+            if (!IsParamSavableToUndo(index))
+                m_rest->notSavedToUndo.push_back(index);
+    } catch (const std::bad_alloc&) {
+        return kErr_AllocationFailed;
+    }
+    return kErr_NoErr;
 }
 
 void cALGORITHM::ScaleAllParams(int32_t setup) {
@@ -181,6 +193,8 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateAlg() {
 void cALGORITHM::SetUpdateAlgRequired() { m_updateAlgRequired[0] = m_updateAlgRequired[1] = true; }
 
 bool cALGORITHM::IsUpdateAlgRequired() const { return m_updateAlgRequired[0] || m_updateAlgRequired[1]; }
+
+const std::vector<size_t>& cALGORITHM::GetParamsNotSavedToUndo() const { return m_rest->notSavedToUndo; }
 
 void cALGORITHM::DoIdle() {
     const KCAlgorithmLock lock(*this);
@@ -278,5 +292,6 @@ int32_t cALGORITHM::FinishCreateSelf() { return kErr_NoErr; }
 int32_t cALGORITHM::InitExportItemMap() { return kErr_NoErr; }
 int32_t cALGORITHM::Init_Key_Values() { return kErr_NoErr; }
 size_t cALGORITHM::GetNumMetersSelf() const { return 0; }
+bool cALGORITHM::IsParamSavableToUndo(size_t) const { return true; }
 
 } // namespace kvKorvoV12_9_0_320

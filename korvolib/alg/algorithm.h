@@ -141,7 +141,8 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
 
     // Writes states and values of `count` parameters in both setups, makes `activeSetup` the active one, then
     // runs the hooks of all that changed, reports one PresetModified, notifies and marks. `indexes` null means
-    // 0 … count − 1. An entry with an unknown index or a number that is not finite is left out.
+    // 0 … count − 1. An entry with an unknown index or a number that is not finite is left out; a value that is
+    // not finite counts where the parameter's own scale gives it for that state (−∞ dB at the bottom).
     BUFFER_HEADER* RestoreParams(const size_t* indexes, const sPARAM_VALUES* values, size_t count,
                                  EPluginSetup activeSetup);
     // Fills values[0 … count − 1] from parameters first …; the number filled.
@@ -234,6 +235,11 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     virtual ValidationResult::Type ValidateRealWorldSelf(size_t index, double realWorld) const;
     virtual void LimitLoadedRealWorld(size_t index, EPluginSetup setup);
 
+    // Whether undo saves the parameter and brings it back: yes unless overridden, as for a meter or a position that
+    // plays on. FinishCreate asks this once for each parameter, after FinishCreateSelf.
+    virtual bool IsParamSavableToUndo(size_t index) const;
+    const std::vector<size_t>& GetParamsNotSavedToUndo() const; // ascending; none before FinishCreate
+
     // A parameter that moved asks for a fresh look; this does so for all.
     void RefreshAllParams();
 
@@ -324,6 +330,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     void ReportDetail(const char* key, const char* value);
     int32_t SettleParameterVec();
     int32_t ReadParamsFromDescription(const char* xml);
+    int32_t CollectParamsNotSavedToUndo();
     void DisposeBuffer(BUFFER_HEADER*& chain);
 
     bool RestoreParam(size_t index, const sPARAM_VALUES& values, EPluginSetup newActive);

@@ -21,6 +21,7 @@ struct cALGORITHM::sRest {
     std::vector<sDESCRIPTION_PROBLEM> problems;
     std::map<KCFixedString<1023>, KCAlgorithmPart*> parts;
     std::unordered_map<std::string_view, size_t> indexByName; // views of the records' names
+    std::vector<size_t> notSavedToUndo;
     std::vector<uint8_t> due; // per parameter: what RestoreParams and its like still owe
     KCFixedString<127> setupTitles[2];
 };

@@ -4,7 +4,9 @@
 #include <korvolib/alg/algorithm_internal.h>
 #include <korvolib/utilities/error_codes.h>
 
+#include <bit>
 #include <cmath>
+#include <cstring>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -18,14 +20,48 @@ constexpr uint8_t kDue_Switch = 4; // both, unless the value restored on the way
 
 constexpr const char* kSetupTexts[] = {"SETUP_A", "SETUP_B"};
 
-bool IsFinite(const sPARAM_VALUES& values) {
-    return std::isfinite(values.state[0]) && std::isfinite(values.state[1]) && std::isfinite(values.realWorld[0]) &&
-           std::isfinite(values.realWorld[1]);
+bool IsSameNumber(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+// The first parameter from `index` on that is owed `what`; most are owed nothing, eight at a look.
+bool FindDue(const std::vector<uint8_t>& due, uint8_t what, size_t& index) {
+    const uint64_t whatOfEight = what * UINT64_C(0x0101010101010101);
+    for (uint64_t eight = 0; index + sizeof eight <= due.size(); index += sizeof eight) {
+        std::memcpy(&eight, &due[index], sizeof eight);
+        if ((eight & whatOfEight) != 0)
+            break;
+    }
+    while (index < due.size() && (due[index] & what) == 0)
+        ++index;
+    return index < due.size();
+}
+
+// Written by the parameter itself, or a number that anything could have written.
+bool IsRestorable(const sCONTROL_PARAM& param, const sPARAM_VALUES& values) {
+    for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B}) {
+        const double state = values.state[setup];
+        const double realWorld = values.realWorld[setup];
+        if (!std::isfinite(state))
+            return false;
+        if (!std::isfinite(realWorld) && !IsSameNumber(param.StateToRealWorld(state), realWorld))
+            return false;
+    }
+    return true;
 }
 
 sPARAM_VALUES ValuesOf(const sCONTROL_PARAM& param) {
     return {{param.GetState(kPluginSetup_A), param.GetState(kPluginSetup_B)},
             {param.GetRealWorld(kPluginSetup_A), param.GetRealWorld(kPluginSetup_B)}};
+}
+
+bool IsSameBits(double a, double b) { return std::bit_cast<uint64_t>(a) == std::bit_cast<uint64_t>(b); }
+
+// Nothing to write, to hear or to draw.
+bool IsUntouched(const sCONTROL_PARAM& param, const sPARAM_VALUES& values) {
+    return IsSameBits(param.GetState(kPluginSetup_A), values.state[0]) &&
+           IsSameBits(param.GetState(kPluginSetup_B), values.state[1]) &&
+           IsSameBits(param.GetRealWorld(kPluginSetup_A), values.realWorld[0]) &&
+           IsSameBits(param.GetRealWorld(kPluginSetup_B), values.realWorld[1]) &&
+           !param.HasFlag(kParamFlags_AlwaysUpdate);
 }
 
 void StoreValues(sCONTROL_PARAM& param, const sPARAM_VALUES& values) {
@@ -42,8 +78,9 @@ size_t cALGORITHM::CaptureParams(size_t first, sPARAM_VALUES* values, size_t cou
         return 0;
     const KCAlgorithmLock lock(*this);
     count = std::min(count, m_params.size() - first);
+    const sCONTROL_PARAM* const params = m_params.data() + first;
     for (size_t i = 0; i < count; ++i)
-        values[i] = ValuesOf(m_params[first + i]);
+        values[i] = ValuesOf(params[i]);
     return count;
 }
 
@@ -59,7 +96,9 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::RestoreParams(const size_t* indexes, cons
     bool isModified = false;
     for (size_t i = 0; i < count; ++i) {
         const size_t index = indexes != nullptr ? indexes[i] : i;
-        if (index < m_params.size() && IsFinite(values[i]))
+        if (index >= m_params.size() || (!isSwitch && IsUntouched(m_params[index], values[i])))
+            continue;
+        if (IsRestorable(m_params[index], values[i]))
             isModified |= RestoreParam(index, values[i], newActive);
     }
     m_activeSetup = newActive;
@@ -91,13 +130,12 @@ void cALGORITHM::OweDifferencesBetweenSetups() {
 
 // Hooks, then the listeners, then automation; the hooks' blocks as one chain.
 cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isModified) {
-    for (uint8_t& due : m_rest->due)
-        if ((due & kDue_Switch) != 0)
-            due = kDue_Hook | kDue_Notification;
+    if (isSwitch)
+        for (uint8_t& due : m_rest->due)
+            if ((due & kDue_Switch) != 0)
+                due = kDue_Hook | kDue_Notification;
     sChain chain;
-    for (size_t index = 0; index < m_params.size(); ++index) {
-        if ((m_rest->due[index] & kDue_Hook) == 0)
-            continue;
+    for (size_t index = 0; FindDue(m_rest->due, kDue_Hook, index); ++index) {
         m_rest->due[index] &= static_cast<uint8_t>(~kDue_Hook);
         chain.Append(ApplyParamSelf(index));
     }
@@ -105,9 +143,7 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isMo
         Broadcaster()->ActiveSetupChanged(m_activeSetup);
     if (isModified)
         Broadcaster()->PresetModified(m_activeSetup);
-    for (size_t index = 0; index < m_params.size(); ++index) {
-        if ((m_rest->due[index] & kDue_Notification) == 0)
-            continue;
+    for (size_t index = 0; FindDue(m_rest->due, kDue_Notification, index); ++index) {
         m_rest->due[index] &= static_cast<uint8_t>(~kDue_Notification);
         NotifyParamValue(index);
     }
