@@ -1,0 +1,112 @@
+#include <korvolib/undo/undo_api.h>
+
+#include <cstring>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include <korvolib/undo/undo_commands.h>
+#include <korvolib/undo/undo_manager.h>
+
+namespace {
+
+using namespace kvKorvo;
+
+// The smallest plug-in that does something for each change: one line of its own.
+class BenchAlgorithm : public cALGORITHM {
+  public:
+    explicit BenchAlgorithm(size_t numParams) {
+        for (size_t i = 0; i < numParams; ++i) {
+            sCONTROL_PARAM param;
+            KCFixedString<127> name("Parameter ");
+            name << static_cast<uint64_t>(i);
+            param.SetName(name);
+            param.SetScaleLin(-60.0, 12.0, 0.01);
+            AddParam(param);
+        }
+        FinishCreate();
+    }
+    double gain = 0.0;
+
+  protected:
+    BUFFER_HEADER* ApplyParamSelf(size_t index) override {
+        gain = GetParamRealWorld(index);
+        return nullptr;
+    }
+    BUFFER_HEADER* ApplyAlgSelf() override { return nullptr; }
+    BUFFER_HEADER* InitAlgSelf() override { return nullptr; }
+};
+
+// ---- A gesture's step, taken back and brought again, against the updates a drag consists of --------------------
+// The round begins with an update, since an unchanged state makes no step: it counts on the side of undo.
+
+double NextState(double state) { return state == 250.0 ? 750.0 : 250.0; }
+
+void UndoRound_KorvoLib(benchmark::State& state) {
+    BenchAlgorithm algorithm(16);
+    Undo::KTUndoManagerType* manager = nullptr;
+    Undo::API::CreateDefaultUndoManager(manager);
+    Undo::API::StartHistory(manager, &algorithm);
+    double value = 0.0;
+    for (auto _ : state) {
+        value = NextState(value);
+        benchmark::DoNotOptimize(algorithm.UpdateParamRequestState(3, value));
+        Undo::API::InsertGestureStep(manager, &algorithm, 3);
+        Undo::API::ExecuteUndo(manager);
+        Undo::API::ExecuteRedo(manager);
+    }
+    Undo::API::DisposeUndoManager(manager);
+}
+BENCHMARK(UndoRound_KorvoLib)->Name("UndoRound/KorvoLib");
+
+void UndoRound_Updates(benchmark::State& state) {
+    BenchAlgorithm algorithm(16);
+    double value = 0.0;
+    for (auto _ : state) {
+        for (int i = 0; i < 3; ++i) {
+            value = NextState(value);
+            const KCAlgorithmLock lock(algorithm);
+            benchmark::DoNotOptimize(algorithm.UpdateParamRequestState(3, value));
+        }
+    }
+}
+BENCHMARK(UndoRound_Updates)->Name("UndoRound/three updates");
+
+// ---- A snapshot of 1,000 parameters against copying its bytes
+// ----------------------------------------------------
+
+constexpr size_t kManyParams = 1000;
+
+void Snapshot_KorvoLib(benchmark::State& state) {
+    BenchAlgorithm algorithm(kManyParams);
+    sALGORITHM_STATE snapshot;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(CPublicAlg(&algorithm).CaptureState(snapshot));
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(Snapshot_KorvoLib)->Name("Snapshot/KorvoLib");
+
+// The same as a command of its own, with its memory and its name.
+void Snapshot_Command(benchmark::State& state) {
+    BenchAlgorithm algorithm(kManyParams);
+    for (auto _ : state) {
+        Undo::KCUndoCommandParameters command(&algorithm, 3);
+        benchmark::DoNotOptimize(&command);
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(Snapshot_Command)->Name("SnapshotCommand/KorvoLib");
+
+void CopyBytes(benchmark::State& state) {
+    std::vector<sPARAM_VALUES> from(kManyParams), to(kManyParams);
+    for (auto _ : state) {
+        std::memcpy(to.data(), from.data(), kManyParams * sizeof(sPARAM_VALUES));
+        benchmark::DoNotOptimize(to.data());
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(CopyBytes)->Name("Snapshot/memcpy");
+BENCHMARK(CopyBytes)->Name("SnapshotCommand/memcpy");
+
+} // namespace
