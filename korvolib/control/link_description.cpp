@@ -95,9 +95,8 @@ int32_t KCLinkGroups::WriteToXML(KCXMLElement& element) const {
         if (group == nullptr)
             return kErr_AllocationFailed;
         int32_t result = group->SetAttribute("Number", number);
-        for (const auto& [name, law] : m_laws)
-            if (law.get() == info.law && result == kErr_NoErr)
-                result = group->SetAttribute("Law", name.c_str());
+        if (const LawName law = GetLawName(info.law); !law.empty() && result == kErr_NoErr)
+            result = group->SetAttribute("Law", law.c_str());
         if (result == kErr_NoErr)
             result = group->SetAttribute("Enabled", info.isEnabled);
         if (result == kErr_NoErr)

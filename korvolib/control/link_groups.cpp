@@ -36,6 +36,13 @@ KCLinkFuncInterface* KCLinkGroups::FindLaw(const LawName& name) const {
     return found == m_laws.end() ? nullptr : found->second.get();
 }
 
+KCLinkGroups::LawName KCLinkGroups::GetLawName(const KCLinkFuncInterface* law) const {
+    for (const auto& [name, known] : m_laws)
+        if (known.get() == law)
+            return name;
+    return {};
+}
+
 int32_t KCLinkGroups::FinishCreate() {
     InitFunctionsMapSelf();
     m_isInitialised = false;

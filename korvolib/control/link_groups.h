@@ -93,7 +93,8 @@ class KORVO_API KCLinkGroups {
     void InitFunctionsMap();
     // Takes over a law under a name; an existing name keeps its law. 0, kErr_NullArgument, kErr_Generic.
     int32_t AddFunctionInMap(const LawName& name, std::unique_ptr<KCLinkFuncInterface> law);
-    KCLinkFuncInterface* FindLaw(const LawName& name) const; // null for an unknown name
+    KCLinkFuncInterface* FindLaw(const LawName& name) const;  // null for an unknown name
+    LawName GetLawName(const KCLinkFuncInterface* law) const; // empty for null and a law that is not in the table
 
     // ---- Groups ----------------------------------------------------------------------------------------------
 

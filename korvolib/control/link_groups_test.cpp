@@ -97,6 +97,13 @@ TEST_F(LinkGroupsTest, LawsCanBeAddedButNotReplaced) {
     EXPECT_EQ(groups.AddFunctionInMap("None", nullptr), kErr_NullArgument);
 }
 
+TEST_F(LinkGroupsTest, ALawOfTheTableKnowsItsName) {
+    EXPECT_STREQ(groups.GetLawName(groups.FindLaw("Reverse")).c_str(), "Reverse");
+    EXPECT_TRUE(groups.GetLawName(nullptr).empty());
+    KCLinkRelativeImpl outside(groups);
+    EXPECT_TRUE(groups.GetLawName(&outside).empty());
+}
+
 TEST_F(LinkGroupsTest, RelativeStopsAtTheTopAndTellsHowFarItWent) {
     AddParams(2);
     Link(1, "Relative", {0, 1});
