@@ -23,6 +23,7 @@ constexpr const char* kPluginHelp = "A plug-in's shared object, or the name of o
 void List(const std::string& plugin) {
     const KCHostedPlugin hosted(plugin);
     std::fputs(ParameterTable(hosted.GetAlgorithm()).c_str(), stdout);
+    std::fputs(LinkGroupTable(hosted.GetAlgorithm()).c_str(), stdout);
 }
 
 // Each command sets itself up on the command line and runs when it was named.

@@ -4,6 +4,7 @@
 
 #include <korvolib/alg/param_text.h>
 
+#include "text.h"
 #include "text_table.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -22,6 +23,18 @@ std::vector<std::string> Cells(const cALGORITHM& algorithm, size_t index) {
             param.GetUnitsString().c_str(),
             ValueText(param, param.StateToRealWorld(param.GetInitialState())),
             param.IsDiscrete() ? std::to_string(param.GetNumStates()) : "-"};
+}
+
+const char* StateText(const sLINK_GROUP_INFO& info) {
+    return info.isAlwaysActive ? "always active" : info.isEnabled ? "enabled" : "disabled";
+}
+
+// Law, state and members.
+std::vector<std::string> LinkCells(const cALGORITHM& algorithm, const sLINK_GROUP_INFO& info) {
+    std::vector<std::string> names;
+    for (const size_t member : info.members)
+        names.emplace_back(algorithm.GetParamName(member).c_str());
+    return {algorithm.GetLinkGroups()->GetLawName(info.law).c_str(), StateText(info), JoinedText(names, ", ")};
 }
 
 } // namespace
@@ -51,6 +64,30 @@ std::string ParameterTable(const cALGORITHM& algorithm) {
     for (size_t index = 0; index < algorithm.GetNumParams(); ++index)
         table.AddRow(Cells(algorithm, index));
     return table.ToText();
+}
+
+std::string LinkGroupTable(const cALGORITHM& algorithm) {
+    const KCAlgorithmLock lock(algorithm);
+    const KCLinkGroups* const groups = algorithm.GetLinkGroups();
+    if (groups == nullptr || groups->IsEmpty())
+        return {};
+    KCTextTable table({{"link group", true}, {"law"}, {"state"}, {"members"}});
+    for (const auto& [number, info] : groups->GetLinkGroupInfo()) {
+        std::vector<std::string> cells = LinkCells(algorithm, info);
+        cells.insert(cells.begin(), std::to_string(number));
+        table.AddRow(std::move(cells));
+    }
+    std::string text("\n");
+    return text += table.ToText();
+}
+
+std::string LinkGroupText(const cALGORITHM& algorithm, int32_t group) {
+    const KCLinkGroups::GroupMap& groups = algorithm.GetLinkGroups()->GetLinkGroupInfo();
+    const auto found = groups.find(group);
+    if (found == groups.end())
+        return {};
+    const std::vector<std::string> cells = LinkCells(algorithm, found->second);
+    return cells[0] + ", " + cells[1] + ": " + cells[2];
 }
 
 std::string ParameterTableWithValues(const cALGORITHM& algorithm) {

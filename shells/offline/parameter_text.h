@@ -19,7 +19,13 @@ double LastState(const KCParam_Base& param);
 /// Index, name, scale, range, units, default and steps of every parameter.
 std::string ParameterTable(const cALGORITHM& algorithm);
 
-/// The same with the values in setup A and B as they stand.
+/// Number, law, state and members of every link group under a heading, after an empty line; empty without groups.
+std::string LinkGroupTable(const cALGORITHM& algorithm);
+
+/// "Relative, enabled: Left Trim, Right Trim"; empty for an unknown group.
+std::string LinkGroupText(const cALGORITHM& algorithm, int32_t group);
+
+/// The parameters with the values in setup A and B as they stand.
 std::string ParameterTableWithValues(const cALGORITHM& algorithm);
 
 } // namespace kvKorvoV12_9_0_320::kvHost

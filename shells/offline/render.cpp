@@ -140,8 +140,8 @@ class KCRendering {
         const bool isA = m_plugin.GetAlgorithm().GetActiveSetup() == kPluginSetup_A;
         return std::string(m_plugin.GetName()) +
                ", parameters after the render (active setup: " + (isA ? "A" : "B") + ")\n\n" +
-               ParameterTableWithValues(m_plugin.GetAlgorithm()) + "\nEvents\n\n" +
-               EventTable(m_player.GetPlayed());
+               ParameterTableWithValues(m_plugin.GetAlgorithm()) + LinkGroupTable(m_plugin.GetAlgorithm()) +
+               "\nEvents\n\n" + EventTable(m_player.GetPlayed());
     }
 
     std::string Plot() const {

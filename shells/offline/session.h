@@ -22,14 +22,22 @@ struct sSET_PARAM {
     enum class KEBy { State, RealWorld, Text };
     std::string param;
     KEBy by = KEBy::State;
-    double number = 0.0; // a state (0 … 1000) or a real-world value
-    std::string text;    // what somebody would type into the parameter
+    double number = 0.0;    // a state (0 … 1000) or a real-world value
+    std::string text;       // what somebody would type into the parameter
+    bool isGesture = false; // by a user's hand: what is linked moves too
 };
 
 /// `step:`: moves a parameter by whole steps, each to the next visibly different value.
 struct sSTEP_PARAM {
     std::string param;
-    int32_t by = 0; // -1000 … 1000, not 0
+    int32_t by = 0;         // -1000 … 1000, not 0
+    bool isGesture = false; // by a user's hand: what is linked moves too
+};
+
+/// `link:`: enables or disables a link group.
+struct sENABLE_LINK {
+    int32_t group = 0;
+    bool isEnabled = true;
 };
 
 /// `setup:`: makes a setup the active one.
@@ -43,7 +51,7 @@ struct sCOPY_SETUP {
     EPluginSetup to = kPluginSetup_B;
 };
 
-using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sSWITCH_SETUP, sCOPY_SETUP>;
+using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sENABLE_LINK, sSWITCH_SETUP, sCOPY_SETUP>;
 
 struct sSESSION_EVENT {
     double atSeconds = 0.0; // 0 … kLongestSession
@@ -68,7 +76,8 @@ sSESSION ReadSessionFile(const std::string& path);
 /// "session.yaml:7: text", the form of all complaints about a session.
 std::string SessionComplaint(const std::string& fileName, int line, std::string_view text);
 
-/// What an event does in a few words: "set Input Gain to 3", "step Ratio by -1", "setup B", "copy setup A to B".
+/// What an event does in a few words: "set Input Gain to 3", "step Ratio by -1, by hand", "enable link group 2",
+/// "setup B", "copy setup A to B".
 std::string DescribeAction(const SessionAction& action);
 
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -100,4 +100,6 @@ size_t KCEventFields::Choice(std::string_view key, const std::vector<std::string
     Fail(key, InApostrophes(key) + " must be " + expected + ", not " + Quoted(text));
 }
 
+bool KCEventFields::Flag(std::string_view key) const { return Has(key) && Choice(key, {"true", "false"}) == 0; }
+
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -32,6 +32,9 @@ class KCEventFields {
     /// As one of the choices: its position among them.
     size_t Choice(std::string_view key, const std::vector<std::string>& choices) const;
 
+    /// As true or false; false where there is no such key.
+    bool Flag(std::string_view key) const;
+
     /// Complains at the line of the key, or of the event where there is no such key.
     [[noreturn]] void Fail(std::string_view key, const std::string& text) const;
 

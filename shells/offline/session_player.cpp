@@ -22,11 +22,12 @@ void KCSessionPlayer::PlayUpTo(int64_t frame) {
         const sBOUND_EVENT& bound = m_events[m_played.size()];
         const KCAlgorithmLock lock(m_algorithm);
         const std::vector<double> before = ActiveValues();
+        std::string effect;
         BUFFER_HEADER* chain =
-            std::visit([&](const auto& action) { return Play(bound, action); }, bound.event->action);
+            std::visit([&](const auto& action) { return Play(bound, action, effect); }, bound.event->action);
         m_algorithm.ExecuteAndDisposeBuffer(chain);
         m_played.push_back({bound.event->atSeconds, static_cast<double>(frame) / m_sampleRateHz, bound.event->line,
-                            DescribeAction(bound.event->action), EffectSince(before)});
+                            DescribeAction(bound.event->action), effect.empty() ? EffectSince(before) : effect});
     }
 }
 
@@ -42,7 +43,20 @@ KCSessionPlayer::sBOUND_EVENT KCSessionPlayer::Bind(const sSESSION_EVENT& event)
         event.action);
     if (const auto* const set = std::get_if<sSET_PARAM>(&event.action))
         bound.state = std::clamp(StateOf(event, *set, bound.param), 0.0, 1000.0);
+    if (const auto* const link = std::get_if<sENABLE_LINK>(&event.action))
+        RefuseUnknownGroup(event, *link);
     return bound;
+}
+
+void KCSessionPlayer::RefuseUnknownGroup(const sSESSION_EVENT& event, const sENABLE_LINK& link) const {
+    const KCLinkGroups::GroupMap& groups = m_algorithm.GetLinkGroups()->GetLinkGroupInfo();
+    if (groups.contains(link.group))
+        return;
+    std::vector<std::string> numbers;
+    for (const auto& [number, info] : groups)
+        numbers.push_back(std::to_string(number));
+    Fail(event, "no link group has the number " + std::to_string(link.group) +
+                    (numbers.empty() ? "; the plug-in has none" : "; known are " + JoinedText(numbers, " and ")));
 }
 
 size_t KCSessionPlayer::FindParam(const sSESSION_EVENT& event, const std::string& name) const {
@@ -103,27 +117,44 @@ void KCSessionPlayer::Fail(const sSESSION_EVENT& event, const std::string& text)
 
 // ---- Carrying it out --------------------------------------------------------------------------------------------
 
-KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSET_PARAM&) {
-    return m_algorithm.UpdateParamState(event.param, event.state, false);
+// A user's hand moves what is linked too; a host's automation brings one parameter its own value.
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Move(size_t param, double state, bool isGesture) {
+    return isGesture ? m_algorithm.UpdateParamByGesture(param, state)
+                     : m_algorithm.UpdateParamState(param, state, false);
 }
 
-KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step) {
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSET_PARAM& set,
+                                                      std::string&) {
+    return Move(event.param, event.state, set.isGesture);
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step,
+                                                      std::string&) {
     BUFFER_HEADER* chain = nullptr;
     for (int32_t left = std::abs(step.by); left > 0; --left) {
         const double offset = m_algorithm.OffsetToNextDifferentState(event.param, step.by);
         const double state = std::clamp(m_algorithm.GetParamState(event.param) + offset, 0.0, 1000.0);
         // Each step's blocks go out at once: a long way would exhaust the pool.
         m_algorithm.ExecuteAndDisposeBuffer(chain);
-        chain = m_algorithm.UpdateParamState(event.param, state, false);
+        chain = Move(event.param, state, step.isGesture);
     }
     return chain;
 }
 
-KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sSWITCH_SETUP& change) {
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sENABLE_LINK& link,
+                                                      std::string& effect) {
+    KCLinkGroups& groups = *m_algorithm.GetLinkGroups();
+    groups.SetGroupState(link.group, link.isEnabled);
+    effect = LinkGroupText(m_algorithm, link.group);
+    return nullptr;
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sSWITCH_SETUP& change,
+                                                      std::string&) {
     return m_algorithm.SetActiveSetup(change.setup);
 }
 
-KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sCOPY_SETUP& copy) {
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sCOPY_SETUP& copy, std::string&) {
     return m_algorithm.CopySetup(copy.from, copy.to);
 }
 

@@ -50,17 +50,21 @@ class KCSessionPlayer {
     };
 
     sBOUND_EVENT Bind(const sSESSION_EVENT& event) const;
+    void RefuseUnknownGroup(const sSESSION_EVENT& event, const sENABLE_LINK& link) const;
     size_t FindParam(const sSESSION_EVENT& event, const std::string& name) const;
     double StateOf(const sSESSION_EVENT& event, const sSET_PARAM& set, size_t param) const;
     double StateOfValue(const sSESSION_EVENT& event, double realWorld, size_t param) const;
     double StateOfText(const sSESSION_EVENT& event, const std::string& text, size_t param) const;
     [[noreturn]] void Fail(const sSESSION_EVENT& event, const std::string& text) const;
 
-    // One for each kind of event; the chain is executed by the caller.
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSET_PARAM& set);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSWITCH_SETUP& change);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy);
+    // One for each kind of event; the chain is executed by the caller. An effect on something else than values is
+    // told in `effect`.
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSET_PARAM& set, std::string& effect);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step, std::string& effect);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sENABLE_LINK& link, std::string& effect);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSWITCH_SETUP& change, std::string& effect);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy, std::string& effect);
+    BUFFER_HEADER* Move(size_t param, double state, bool isGesture);
 
     std::vector<double> ActiveValues() const;
     std::string EffectSince(const std::vector<double>& before) const;

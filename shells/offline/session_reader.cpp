@@ -21,6 +21,7 @@ namespace {
 SessionAction ReadSet(const KCEventFields& fields) {
     sSET_PARAM set;
     set.param = fields.Text("set");
+    set.isGesture = fields.Flag("gesture");
     if (fields.Has("state") + fields.Has("value") + fields.Has("text") != 1)
         fields.Fail("set", "'set' needs one of 'state', 'value' and 'text'");
     if (fields.Has("state")) {
@@ -37,10 +38,17 @@ SessionAction ReadSet(const KCEventFields& fields) {
 }
 
 SessionAction ReadStep(const KCEventFields& fields) {
-    sSTEP_PARAM step{fields.Text("step"), fields.WholeNumber("by", -1000, 1000)};
+    sSTEP_PARAM step{fields.Text("step"), fields.WholeNumber("by", -1000, 1000), fields.Flag("gesture")};
     if (step.by == 0)
         fields.Fail("by", "'by' must not be 0: it says how many steps, and which way");
     return step;
+}
+
+SessionAction ReadLink(const KCEventFields& fields) {
+    const int32_t group = fields.WholeNumber("link", INT32_MIN, INT32_MAX);
+    if (!fields.Has("enabled"))
+        fields.Fail("link", "'link' needs 'enabled', true or false");
+    return sENABLE_LINK{group, fields.Flag("enabled")};
 }
 
 SessionAction ReadSetup(const KCEventFields& fields) {
@@ -62,8 +70,9 @@ struct sEVENT_KIND {
 
 const std::vector<sEVENT_KIND>& EventKinds() {
     static const std::vector<sEVENT_KIND> kinds = {
-        {"set", {"state", "value", "text"}, ReadSet},
-        {"step", {"by"}, ReadStep},
+        {"set", {"state", "value", "text", "gesture"}, ReadSet},
+        {"step", {"by", "gesture"}, ReadStep},
+        {"link", {"enabled"}, ReadLink},
         {"setup", {}, ReadSetup},
         {"copy setup", {}, ReadCopySetup},
     };
@@ -176,13 +185,17 @@ YAML::Node LoadOneDocument(const std::string& text, const std::string& fileName)
 
 struct sActionText {
     std::string operator()(const sSET_PARAM& set) const {
-        if (set.by == sSET_PARAM::KEBy::Text)
-            return "set " + set.param + " to " + Quoted(set.text);
         const char* const unit = set.by == sSET_PARAM::KEBy::State ? " to state " : " to ";
-        return "set " + set.param + unit + NumberText(set.number);
+        const bool isText = set.by == sSET_PARAM::KEBy::Text;
+        return "set " + set.param + unit + (isText ? Quoted(set.text) : NumberText(set.number)) +
+               Hand(set.isGesture);
     }
     std::string operator()(const sSTEP_PARAM& step) const {
-        return "step " + step.param + " by " + (step.by > 0 ? "+" : "") + std::to_string(step.by);
+        return "step " + step.param + " by " + (step.by > 0 ? "+" : "") + std::to_string(step.by) +
+               Hand(step.isGesture);
+    }
+    std::string operator()(const sENABLE_LINK& link) const {
+        return (link.isEnabled ? "enable link group " : "disable link group ") + std::to_string(link.group);
     }
     std::string operator()(const sSWITCH_SETUP& change) const {
         return std::string("setup ") + Letter(change.setup);
@@ -190,6 +203,7 @@ struct sActionText {
     std::string operator()(const sCOPY_SETUP& copy) const {
         return std::string("copy setup ") + Letter(copy.from) + " to " + Letter(copy.to);
     }
+    static const char* Hand(bool isGesture) { return isGesture ? ", by hand" : ""; }
     static char Letter(EPluginSetup setup) { return setup == kPluginSetup_A ? 'A' : 'B'; }
 };
 

@@ -54,10 +54,39 @@ TEST(Session, StepsSwitchesAndCopies) {
     EXPECT_EQ(std::get<sCOPY_SETUP>(session.events[2].action).to, kPluginSetup_A);
 }
 
+TEST(Session, AMoveIsAGestureWhenItSaysSo) {
+    const sSESSION session = Read("- {at: 0, set: Gain, value: 1}\n"
+                                  "- {at: 0, set: Gain, value: 1, gesture: true}\n"
+                                  "- {at: 0, step: Gain, by: 1, gesture: false}\n"
+                                  "- {at: 0, step: Gain, by: 1, gesture: true}\n");
+    EXPECT_FALSE(std::get<sSET_PARAM>(session.events[0].action).isGesture);
+    EXPECT_TRUE(std::get<sSET_PARAM>(session.events[1].action).isGesture);
+    EXPECT_FALSE(std::get<sSTEP_PARAM>(session.events[2].action).isGesture);
+    EXPECT_TRUE(std::get<sSTEP_PARAM>(session.events[3].action).isGesture);
+}
+
+TEST(Session, EnablesAndDisablesLinkGroups) {
+    const sSESSION session = Read("- {at: 0, link: 3, enabled: true}\n- {at: 0, link: -1, enabled: false}\n");
+    EXPECT_EQ(std::get<sENABLE_LINK>(session.events[0].action).group, 3);
+    EXPECT_TRUE(std::get<sENABLE_LINK>(session.events[0].action).isEnabled);
+    EXPECT_EQ(std::get<sENABLE_LINK>(session.events[1].action).group, -1);
+    EXPECT_FALSE(std::get<sENABLE_LINK>(session.events[1].action).isEnabled);
+}
+
 TEST(Session, EventsKnowTheirLines) {
     const sSESSION session = Read("# a comment\n\n- at: 1\n  setup: A\n\n- {at: 2, setup: B}\n");
     EXPECT_EQ(session.events[0].line, 3);
     EXPECT_EQ(session.events[1].line, 6);
+}
+
+TEST(Session, DescribesGesturesAndLinks) {
+    const sSESSION session = Read("- {at: 0, set: Gain, value: 0.5, gesture: true}\n"
+                                  "- {at: 0, step: Ratio, by: 1, gesture: true}\n"
+                                  "- {at: 0, link: 2, enabled: true}\n- {at: 0, link: 2, enabled: false}\n");
+    const char* const expected[] = {"set Gain to 0.5, by hand", "step Ratio by +1, by hand", "enable link group 2",
+                                    "disable link group 2"};
+    for (size_t i = 0; i < session.events.size(); ++i)
+        EXPECT_EQ(DescribeAction(session.events[i].action), expected[i]);
 }
 
 TEST(Session, DescribesWhatAnEventDoes) {
@@ -93,12 +122,14 @@ const sMALFORMED kMalformed[] = {
     {"- {[a]: 1}", "s.yaml:1: a key is one word"},
     {"- at: 1\n  at: 2\n  setup: A", "s.yaml:2: the key \"at\" stands here twice"},
     {"- at: 0\n  set: Gain\n  vlaue: 3", "s.yaml:3: unknown key \"vlaue\"; did you mean 'value'?"},
-    {"- {at: 0, q: 3}",
-     "s.yaml:1: unknown key \"q\"; known are at, set, state, value, text, step, by, setup and copy setup"},
-    {"- at: 1", "s.yaml:1: the event says nothing to do: it needs one of 'set', 'step', 'setup' and 'copy setup'"},
+    {"- {at: 0, q: 3}", "s.yaml:1: unknown key \"q\"; known are at, set, state, value, text, gesture, step, by, "
+                        "link, enabled, setup and copy "
+                        "setup"},
+    {"- at: 1", "s.yaml:1: the event says nothing to do: it needs one of 'set', 'step', 'link', 'setup' and 'copy "
+                "setup'"},
     {"- {at: 0, set: Gain, value: 3, setup: A}", "s.yaml:1: an event does one thing, not both 'set' and 'setup'"},
     {"- {at: 0, set: Gain, by: 3}", "s.yaml:1: 'by' does not belong to a 'set' event, which takes at, set, state, "
-                                    "value and text"},
+                                    "value, text and gesture"},
     {"- {at: 0, setup: A, value: 3}",
      "s.yaml:1: 'value' does not belong to a 'setup' event, which takes at and setup"},
     {"- setup: A", "s.yaml:1: the event needs 'at', a number from 0 to 1000000"},
@@ -120,6 +151,15 @@ const sMALFORMED kMalformed[] = {
     {"- {at: 0, step: Ratio, by: 1.5}", "s.yaml:1: 'by' must be a whole number, not 1.5"},
     {"- {at: 0, step: Ratio, by: 0}", "s.yaml:1: 'by' must not be 0: it says how many steps, and which way"},
     {"- {at: 0, step: Ratio, by: 1001}", "s.yaml:1: 'by' must be a number from -1000 to 1000, not \"1001\""},
+    {"- {at: 0, set: Gain, value: 1, gesture: perhaps}",
+     "s.yaml:1: 'gesture' must be true or false, not \"perhaps\""},
+    {"- {at: 0, setup: A, gesture: true}",
+     "s.yaml:1: 'gesture' does not belong to a 'setup' event, which takes at and setup"},
+    {"- {at: 0, link: 1}", "s.yaml:1: 'link' needs 'enabled', true or false"},
+    {"- {at: 0, link: 1, enabled: 1}", "s.yaml:1: 'enabled' must be true or false, not \"1\""},
+    {"- {at: 0, link: Trims, enabled: true}",
+     "s.yaml:1: 'link' must be a number from -2147483648 to 2147483647, not \"Trims\""},
+    {"- {at: 0, link: 1.5, enabled: true}", "s.yaml:1: 'link' must be a whole number, not 1.5"},
     {"- {at: 0, setup: C}", "s.yaml:1: 'setup' must be A or B, not \"C\""},
     {"- {at: 0, copy setup: A to A}", "s.yaml:1: 'copy setup' must be A to B or B to A, not \"A to A\""},
     {"- {at: 2, setup: A}\n- {at: 1.5, setup: B}",
