@@ -176,8 +176,10 @@ size_t KCFixedStringBase::replace(char from, const char* to) noexcept {
     if (count == 0)
         return 0;
     const size_t toLength = LengthUpTo(to, m_capacity);
-    const bool isOwnText = std::less_equal<>()(m_begin, to) && std::less_equal<>()(to, m_end);
-    if (!isOwnText || toLength == 0) {
+    // Bytes behind the end and a text that runs into the buffer count as its own, too.
+    const bool isOwnText =
+        toLength != 0 && std::less<>()(m_begin, to + toLength) && std::less_equal<>()(to, m_begin + m_capacity);
+    if (!isOwnText) {
         ReplaceInPlace(from, to, toLength);
         return count;
     }

@@ -126,6 +126,8 @@ TEST(FixedStringEdit, ReplaceOfASetCounts) {
     EXPECT_EQ(string.replace(kNull, 'x'), 0u);
     EXPECT_EQ(string.replace("", 'x'), 0u);
     EXPECT_EQ(Checked(string), "a_b_c");
+    EXPECT_EQ(string.replace(string.c_str() + 3, 'x'), 3u);
+    EXPECT_EQ(Checked(string), "axbxx");
 }
 
 TEST(FixedStringEdit, ReplaceByATextGrowsAndShrinks) {
@@ -157,6 +159,23 @@ TEST(FixedStringEdit, ReplaceByItsOwnTextTakesItAsItWas) {
     String tail("-xy");
     EXPECT_EQ(tail.replace('x', tail.c_str() + 1), 1u);
     EXPECT_EQ(Checked(tail), "-xyy");
+}
+
+TEST(FixedStringEdit, ReplaceByStaleBytesBehindTheEndTakesThemAsTheyWere) {
+    String string("a-bcdeXYZ");
+    string.resize(5);
+    EXPECT_EQ(string.replace('-', string.c_str() + 6), 1u);
+    EXPECT_EQ(Checked(string), "aXYZbcd");
+}
+
+TEST(FixedStringEdit, ReplaceByATextThatRunsIntoTheStringTakesItAsItWas) {
+    char bytes[16] = "ab";
+    struct Bound : KCFixedStringBase {
+        explicit Bound(char* buffer) : KCFixedStringBase(buffer, 13) {}
+    } string(bytes + 2);
+    string << "-c";
+    EXPECT_EQ(string.replace('-', bytes), 1u);
+    EXPECT_EQ(Checked(string), "ab-cc");
 }
 
 TEST(FixedStringEdit, ReplaceByAForeignTextTakesNothingFromTheHeap) {
