@@ -4,15 +4,16 @@
 //   KCFixedString<31> label("Gain");
 //   label << ' ' << -3 << " dB";     // "Gain -3 dB"
 //
-// Nothing here takes memory from the heap, fails or throws: every write that would pass the capacity is cut without
-// a report, and the text stays NUL-terminated. The price: an object is as large as its capacity, and moving copies.
-// Bytes are bytes (UTF-8 passes through); letters without regard to case are those of ASCII, and numbers read and
-// write as in the "C" locale, whatever setlocale says. Plain values without locking: any thread, one at a time.
+// Nothing here fails or throws: every write that would pass the capacity is cut without a report, and the text
+// stays NUL-terminated. Nothing takes memory from the heap, but for replacing a character by a part of the string
+// itself. The price: an object is as large as its capacity, and moving copies. Bytes are bytes (UTF-8 passes
+// through); letters without regard to case are those of ASCII, and numbers read and write as in the "C" locale,
+// whatever setlocale says. Plain values without locking: any thread, one at a time.
 //
 // What holds for every operation:
 // - A null text is the empty text, except in comparisons, where it differs from every text and is the smallest.
-// - A NUL ends every text that is read, also one inside the length given. Only resize, replace and writing through
-//   pointers leave a NUL inside a string; copying or comparing such a string ends there.
+// - A NUL ends every text that is read, also one inside the length given. Only resize, replace, append_uint in a
+//   base above 201 and writing through pointers leave a NUL inside a string; copying or comparing it ends there.
 // - The text handed over may be (a part of) the string itself: what counts is how it read at the call.
 // - A range whose end lies before its begin is empty.
 // - Bytes after the end are not part of the value. They are zero, or what an earlier, longer text left there.
@@ -161,7 +162,8 @@ class KORVO_API KCFixedStringBase {
     /// Keeps only the characters that occur in `set`.
     KCFixedStringBase& erase_all_not_of(const char* set) noexcept;
     /// These return how many characters were replaced. The text that replaces a character may have any length, also
-    /// none; counted are the characters that the result had no room for as well.
+    /// none; counted are the characters that the result had no room for as well. A text from the string itself is
+    /// copied to the heap first; when there is no memory, nothing is replaced.
     size_t replace(char from, char to) noexcept;
     size_t replace(char from, const char* to) noexcept;
     size_t replace(const char* set, char to) noexcept;

@@ -62,6 +62,8 @@ TEST(FixedStringNumbers, AppendUintInEveryBase) {
     EXPECT_EQ(Checked(String().append_uint(255, 16)), "FF");
     EXPECT_EQ(Checked(String().append_uint(35, 36)), "Z");
     EXPECT_EQ(Checked(String().append_uint(36, 37)), "[");
+    EXPECT_EQ(Checked(String().append_uint(5, INT_MAX)), "5");
+    EXPECT_EQ(Checked(String().append_uint(201, 202)), std::string(1, '\0'));
     EXPECT_EQ(Checked(KCFixedString<64>().append_uint(UINT64_MAX, 2)), std::string(64, '1'));
     EXPECT_EQ(Checked(String().append_uint(UINT64_MAX, 10)), "18446744073709551615");
 }
