@@ -1,4 +1,5 @@
-// Puts the whole process into de_DE.UTF-8, where printf writes 0,5, for as long as it lives, and back to "C" then.
+// Puts the whole process into a German locale for as long as it lives, and back to "C" then. printf writes 0,5, and
+// since its texts are of ISO-8859-1, tolower turns the byte 0xC4 into 0xE4, which in UTF-8 it never does.
 //
 //   const GermanLocale german;
 //   ASSERT_TRUE(german.IsActive());

@@ -325,6 +325,7 @@ TEST(FixedStringNumbers, NothingFollowsTheLocaleOfTheProcess) {
     EXPECT_EQ(Read<double>("0,5"), 0.0);
     EXPECT_EQ(Read<float>("0.5"), 0.5f);
     EXPECT_EQ(String("\xC4").case_insensitive_compare("\xE4"), 0xC4 - 0xE4);
+    EXPECT_EQ(String("\xC4").find_case_insensitive("\xE4"), KCFixedStringBase::npos);
 }
 
 TEST(FixedStringNumbers, DateAndTimeStayEnglishInAGermanHost) {
