@@ -98,6 +98,8 @@ TEST(FixedStringEdit, EraseAllNotOfKeepsTheSet) {
     EXPECT_EQ(Checked(String("banana").erase_all_not_of("ban")), "banana");
     EXPECT_EQ(Checked(String("banana").erase_all_not_of("")), "");
     EXPECT_EQ(Checked(String("banana").erase_all_not_of(kNull)), "");
+    String self("banana");
+    EXPECT_EQ(Checked(self.erase_all_not_of(self.c_str() + 4)), "anana");
 }
 
 TEST(FixedStringEdit, ErasingNothingWritesNothing) {

@@ -89,6 +89,13 @@ TEST(FixedStringNumbers, InsertionOfEveryWholeType) {
     EXPECT_EQ(Checked(string), "-32768 -2147483648 4294967295 -9223372036854775808 18446744073709551615");
 }
 
+TEST(FixedStringNumbers, SmallWholeTypesReadAsNumbers) {
+    String string;
+    string << static_cast<signed char>(-65) << ' ' << static_cast<unsigned char>(200) << ' '
+           << static_cast<unsigned short>(65535) << ' ' << char8_t{97};
+    EXPECT_EQ(Checked(string), "-65 200 65535 97");
+}
+
 TEST(FixedStringNumbers, EveryLengthOfNumberAgreesWithPrintf) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 100000; ++i) {

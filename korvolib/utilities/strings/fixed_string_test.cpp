@@ -2,6 +2,7 @@
 #include <korvolib/utilities/strings/fixed_string.h>
 
 #include <cstdlib>
+#include <iomanip>
 #include <sstream>
 #include <type_traits>
 
@@ -219,6 +220,26 @@ TEST(FixedString, NullBufferIsAStringWithoutCapacity) {
     EXPECT_EQ(number, 0);
 }
 
+TEST(FixedString, NullBufferReadsAndOrdersAsTheEmptyText) {
+    Unbound string;
+    char buffer[] = "*";
+    string.copy_to_buffer(sizeof buffer, buffer);
+    EXPECT_STREQ(buffer, "");
+    std::ostringstream stream;
+    stream << string;
+    EXPECT_EQ(stream.str(), "");
+    EXPECT_TRUE(string < String("a") && string < std::string_view("a") && string == std::string_view());
+    EXPECT_EQ(string.compare(string), 1);
+    EXPECT_EQ(string.case_insensitive_compare("a"), -'a');
+    EXPECT_EQ(string.find_case_insensitive("a"), KCFixedStringBase::npos);
+    EXPECT_EQ(string.find_last_not_of(""), KCFixedStringBase::npos);
+    double number = 5;
+    bool truth = true;
+    string >> number >> truth;
+    EXPECT_EQ(number, 0.0);
+    EXPECT_TRUE(truth);
+}
+
 // ---- Assignment
 
 TEST(FixedString, AssignmentReplacesTheText) {
@@ -340,6 +361,8 @@ TEST(FixedString, AppendToItselfDoubles) {
     EXPECT_EQ(Checked(string), "abcabc");
     string.append(string.c_str() + 4);
     EXPECT_EQ(Checked(string), "abcabcbc");
+    string << std::string_view(string.c_str() + 2, 2);
+    EXPECT_EQ(Checked(string), "abcabcbcca");
     KCFixedString<10> cut("abcdefg");
     EXPECT_EQ(Checked(cut << cut), "abcdefgabc");
     KCFixedString<100> large('x', 40);
@@ -373,6 +396,9 @@ TEST(FixedString, AppendHexBinaryWalksFromTheLastByteToTheFirst) {
     EXPECT_EQ(Checked(String().append_hex_binary(reinterpret_cast<const unsigned char*>(&number), 4)), "DEADBEEF");
     EXPECT_EQ(Checked(String("x").append_hex_binary(nullptr, 4)), "x");
     EXPECT_EQ(Checked(String("x").append_hex_binary(bytes, 0)), "x");
+    String self("AB");
+    self.append_hex_binary(reinterpret_cast<const unsigned char*>(self.data()), 3);
+    EXPECT_EQ(Checked(self), "AB004241");
 }
 
 TEST(FixedString, AppendHexBinaryCutsEachDigit) {
@@ -447,6 +473,8 @@ concept CanBeInserted = requires(KCFixedStringBase& string, Value value) {
     string << value;
 };
 static_assert(CanBeInserted<int*> && CanBeInserted<bool> && CanBeInserted<const char*>);
+enum class Kind { First };
+static_assert(!CanBeInserted<Kind> && !CanBeInserted<long double>);
 static_assert(!CanBeInserted<void (*)()> && !CanBeInserted<volatile int*> && !CanBeInserted<int String::*>);
 
 TEST(FixedString, StandardStreamGetsTheCharacters) {
@@ -455,6 +483,9 @@ TEST(FixedString, StandardStreamGetsTheCharacters) {
     stream.width(5);
     stream << KCFixedString<3>("de") << '|' << KCFixedString<0>();
     EXPECT_EQ(stream.str(), "abc|   de|");
+    stream.str("");
+    stream << std::left << std::setfill('.') << std::setw(4) << String("fg") << std::setw(1) << String("hi");
+    EXPECT_EQ(stream.str(), "fg..hi");
 }
 
 // ---- Access

@@ -41,8 +41,10 @@ TEST(FixedVector, CopyIsIndependent) {
 
 TEST(FixedVector, AssignmentToItselfChangesNothing) {
     Names names(2, "x");
-    const Names& self = names;
+    Names& self = names;
     names = self;
+    EXPECT_TRUE(names == Names(2, "x"));
+    names = std::move(self);
     EXPECT_TRUE(names == Names(2, "x"));
 }
 
