@@ -1,4 +1,4 @@
-// Must say: static assertion
+// Must say: static.assert
 // A block crosses to the audio side as bytes; what it holds must survive that.
 #include <shells/plugin.h>
 
