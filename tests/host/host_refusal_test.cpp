@@ -3,7 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
+#include <algorithm>
+#include <csignal>
 
 namespace kvTest {
 namespace {
@@ -116,6 +117,19 @@ TEST_F(HostRefusal, OfAFullDiskLeavesTheEarlierFile) {
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(FilesInFolder(), files);
     EXPECT_EQ(ReadBytes(Path("out.wav")), "earlier");
+}
+
+// The signal comes with the first sight of the progress bar, when nearly all of the sound is still to come.
+TEST_F(HostRefusal, AnInterruptedRunLeavesNothingBehind) {
+    WriteSound("long.wav", {44100, 1, std::vector<float>(44100 * 60)});
+    const std::vector<std::string> files = FilesInFolder();
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const sPROGRAM_RUN run =
+            Host(Arguments("long.wav", "out.wav"), {.hasTerminal = true, .signalAtFirstError = signal});
+        EXPECT_THAT(run.error, HasSubstr("korvo-host: interrupted; nothing was written"));
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(FilesInFolder(), files);
+    }
 }
 
 TEST_F(HostRefusal, OfAnOutputNamedTwice) {

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 
 namespace kvTest {
@@ -54,7 +55,7 @@ sPIPE MakePipe(bool isTerminal) {
 }
 
 // Both at once: a program that fills one pipe while the other is waited for would stand still.
-void Collect(int outEnd, int errorEnd, sPROGRAM_RUN& run) {
+void Collect(int outEnd, int errorEnd, pid_t child, int signalAtFirstError, sPROGRAM_RUN& run) {
     pollfd ends[2] = {{outEnd, POLLIN, 0}, {errorEnd, POLLIN, 0}};
     std::string* const texts[2] = {&run.out, &run.error};
     for (int open = 2; open > 0;) {
@@ -66,6 +67,8 @@ void Collect(int outEnd, int errorEnd, sPROGRAM_RUN& run) {
             char piece[4096];
             const ssize_t numRead = read(ends[i].fd, piece, sizeof piece);
             if (numRead > 0) {
+                if (signalAtFirstError != 0 && i == 1 && run.error.empty())
+                    kill(child, signalAtFirstError);
                 texts[i]->append(piece, static_cast<size_t>(numRead));
                 continue;
             }
@@ -86,7 +89,7 @@ sPROGRAM_RUN RunProgram(const std::vector<std::string>& arguments, const sPROGRA
         Become(arguments, settings, out.writeEnd, error.writeEnd);
     close(out.writeEnd);
     close(error.writeEnd);
-    Collect(out.readEnd, error.readEnd, run);
+    Collect(out.readEnd, error.readEnd, child, settings.signalAtFirstError, run);
     close(out.readEnd);
     close(error.readEnd);
     int status = 0;

@@ -17,6 +17,7 @@ struct sPROGRAM_SETTINGS {
     std::string folder = {};                   // where it runs; empty: here
     bool hasTerminal = false;                  // standard error is a terminal
     long fileSizeLimit = 0;                    // bytes that a file of it may hold; 0: no limit
+    int signalAtFirstError = 0;                // sent when it first writes to standard error; 0: none
 };
 
 /// `arguments` begins with the program's path.
