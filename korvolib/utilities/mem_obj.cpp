@@ -32,7 +32,14 @@ KCStMemObj& KCStMemObj::operator=(KCStMemObj&& other) noexcept {
 
 int32_t KCStMemObj::Allocate(size_t size) noexcept {
     Clear();
-    return Resize(size);
+    if (size == 0)
+        return kErr_NoErr;
+    // A large block comes from the system as zeros, and is not written twice.
+    m_data = size > kMaxSize ? nullptr : static_cast<uint8_t*>(std::calloc(size, 1));
+    if (m_data == nullptr)
+        return kErr_AllocationFailed;
+    m_size = m_capacity = size;
+    return kErr_NoErr;
 }
 
 int32_t KCStMemObj::Resize(size_t size) noexcept {
