@@ -28,15 +28,8 @@ KCStFile::~KCStFile() { Close(); }
 
 int32_t KCStFile::GetFileSize(uint64_t& size) const noexcept { return GetFileSizeFromOpenFileRef(m_file, size); }
 int32_t KCStFile::GetCursor(long& position) const noexcept { return GetFileCursor(m_file, position); }
-int32_t KCStFile::SetCursor(long offset, KEPositionMode mode) noexcept {
-    return SetFileCursor(m_file, offset, mode);
-}
 int32_t KCStFile::FlushBuffers() noexcept { return FlushFileBuffers(m_file); }
 int32_t KCStFile::Close() noexcept { return CloseFile(m_file); }
-
-int32_t KCStFile::base_Read(void* buffer, size_t count, size_t& done) noexcept {
-    return ReadFromFile(m_file, buffer, count, done);
-}
 
 int32_t KCStFile::base_ReadToStdString(std::string& out) noexcept {
     out.clear();
@@ -52,10 +45,6 @@ int32_t KCStFile::base_ReadToKCStMemObj(KCStMemObj& out) noexcept {
     if (result != kErr_NoErr)
         out.Clear();
     return result;
-}
-
-int32_t KCStFile::base_Write(const void* buffer, size_t count, size_t& done) noexcept {
-    return WriteToFile(m_file, buffer, count, done);
 }
 
 int32_t KCStFile::base_WriteFromString(std::string_view text) noexcept {

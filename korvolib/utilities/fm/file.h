@@ -36,7 +36,7 @@ class KORVO_API KCStFile : public KUValidatable {
     KTOpenFileType* GetFileRef() const noexcept { return m_file; }
     int32_t GetFileSize(uint64_t& size) const noexcept;
     int32_t GetCursor(long& position) const noexcept;
-    int32_t SetCursor(long offset, KEPositionMode mode) noexcept;
+    int32_t SetCursor(long offset, KEPositionMode mode) noexcept { return SetFileCursor(m_file, offset, mode); }
     int32_t FlushBuffers() noexcept;
     /// Closes the file before the object ends; says whether all that was written could be kept.
     int32_t Close() noexcept;
@@ -48,11 +48,15 @@ class KORVO_API KCStFile : public KUValidatable {
 
     // What the variants offer, each the part that fits its permissions.
 
-    int32_t base_Read(void* buffer, size_t count, size_t& done) noexcept;
+    int32_t base_Read(void* buffer, size_t count, size_t& done) noexcept {
+        return ReadFromFile(m_file, buffer, count, done);
+    }
     /// From the cursor to the end; empty on failure.
     int32_t base_ReadToStdString(std::string& out) noexcept;
     int32_t base_ReadToKCStMemObj(KCStMemObj& out) noexcept;
-    int32_t base_Write(const void* buffer, size_t count, size_t& done) noexcept;
+    int32_t base_Write(const void* buffer, size_t count, size_t& done) noexcept {
+        return WriteToFile(m_file, buffer, count, done);
+    }
     /// All of it, or an error.
     int32_t base_WriteFromString(std::string_view text) noexcept;
     int32_t base_WriteFromKCStMemObj(const KCStMemObj& from) noexcept;

@@ -7,6 +7,7 @@
 // functions at the end. Any thread; nothing throws.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
@@ -117,8 +118,10 @@ class KORVO_API KCPlatform {
 
 /// The system this runs on.
 KORVO_API KCPlatform& RealPlatform() noexcept;
+/// Behind CurrentPlatform and SetPlatform.
+extern KORVO_API std::atomic<KCPlatform*> theCurrentPlatform;
 /// What the layer calls: the real one unless a test set another.
-KORVO_API KCPlatform& CurrentPlatform() noexcept;
+inline KCPlatform& CurrentPlatform() noexcept { return *theCurrentPlatform.load(std::memory_order_acquire); }
 /// Null sets the real one. Only while no other thread is in FM.
 KORVO_API void SetPlatform(KCPlatform* platform) noexcept;
 

@@ -1,6 +1,5 @@
 #include <korvolib/utilities/fm/platform.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -253,16 +252,14 @@ class KCPosixPlatform final : public KCPlatform {
 };
 
 constinit KCPosixPlatform thePlatform;
-std::atomic<KCPlatform*> theCurrent{&thePlatform};
-
 } // namespace
+
+constinit std::atomic<KCPlatform*> theCurrentPlatform{&thePlatform};
 
 KCPlatform& RealPlatform() noexcept { return thePlatform; }
 
-KCPlatform& CurrentPlatform() noexcept { return *theCurrent.load(std::memory_order_acquire); }
-
 void SetPlatform(KCPlatform* platform) noexcept {
-    theCurrent.store(platform == nullptr ? &thePlatform : platform, std::memory_order_release);
+    theCurrentPlatform.store(platform == nullptr ? &thePlatform : platform, std::memory_order_release);
 }
 
 int32_t TranslateSystemError(int error) noexcept {

@@ -1,5 +1,6 @@
 // Whole files, by path: one open, one read of the stated size, one close.
 
+#include <algorithm>
 #include <new>
 #include <string>
 
@@ -50,7 +51,7 @@ int32_t ReadToEnd(int handle, uint64_t stated, std::string& out) noexcept {
 
 int32_t ReadToEnd(int handle, uint64_t stated, KCStMemObj& out) noexcept {
     return ReadToEnd(
-        handle, stated, [&](size_t size) noexcept { return out.Resize(size); },
+        handle, stated, [&](size_t size) noexcept { return out.IsEmpty() ? out.Allocate(size) : out.Resize(size); },
         [&] { return static_cast<char*>(out.GetData()); });
 }
 
