@@ -12,6 +12,7 @@
 // nothing, and GetError says so until the stream is cleared. One writer belongs to the GUI thread.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -96,7 +97,10 @@ class KORVO_API KCGraphicStreamBinaryWriter {
     // Shapes, in the draw colour unless a colour is given.
 
     Writer& DrawLine(SGSLocation from, SGSLocation to) noexcept;
-    Writer& DrawLine(KUPoint<short> from, KUPoint<short> to) noexcept;
+    template <std::same_as<short> T> // so that plain braces mean the one above
+    Writer& DrawLine(KUPoint<T> from, KUPoint<T> to) noexcept {
+        return DrawLineOfShorts(from, to);
+    }
     /// A part of the outline of the oval in `rect`: degrees from the right, clockwise.
     Writer& DrawArcLine(const SGSRect& rect, float startAngle, float sweepAngle) noexcept;
     /// Solid with less than a whole sweep is a pie.
@@ -190,6 +194,7 @@ class KORVO_API KCGraphicStreamBinaryWriter {
     Writer& WriteGraphicStreamToFile(const char* path, int32_t& result) noexcept;
 
   private:
+    Writer& DrawLineOfShorts(KUPoint<short> from, KUPoint<short> to) noexcept;
     uint8_t* Reserve(size_t size) noexcept;
     void Fail(int32_t error) noexcept;
     Writer& AppendTailRecord(uint32_t code, std::string_view tail) noexcept;

@@ -46,8 +46,8 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLine(SGSLocation f
     return AppendShape(kStraightLines, kWire, m_settings.flags, m_settings.color, points, 2);
 }
 
-KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLine(KUPoint<short> from,
-                                                                   KUPoint<short> to) noexcept {
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLineOfShorts(KUPoint<short> from,
+                                                                           KUPoint<short> to) noexcept {
     const int16_t points[] = {from.x, from.y, to.x, to.y};
     return AppendShape(kStraightLines, kWire, m_settings.flags, m_settings.color, points, 2);
 }
