@@ -154,8 +154,6 @@ int32_t KCGraphicStreamToSVG::ShowPicture(const KCGSPicture& picture, const KCGS
     Put(picture.target.width / static_cast<float>(picture.pixelWidth)).Put(" 0 0 ");
     Put(picture.target.height / static_cast<float>(picture.pixelHeight)).Put(" ");
     Put(picture.target.x).Put(" ").Put(picture.target.y).Put(")\"");
-    if (!paint.antialias)
-        Put(" image-rendering=\"optimizeSpeed\"");
     if (paint.difference)
         Put(" style=\"mix-blend-mode:difference\"");
     Put("/>\n");
