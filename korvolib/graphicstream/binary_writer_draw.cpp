@@ -21,7 +21,7 @@ template <class Coordinate>
 KCGraphicStreamBinaryWriter&
 KCGraphicStreamBinaryWriter::AppendShape(uint32_t kind, KEGSMethod method, uint32_t flags, SGSRGBAColor color,
                                          const Coordinate* coordinates, uint32_t count) noexcept {
-    const size_t bytes = count * 2 * sizeof(Coordinate);
+    const size_t bytes = size_t{count} * 2 * sizeof(Coordinate);
     uint8_t* const at = Reserve(sizeof(SGSDataHere) + bytes + sizeof(SGSDrawVertices));
     if (at == nullptr)
         return *this;

@@ -1,18 +1,17 @@
 #include <korvolib/graphicstream/commands.h>
 
 #include <array>
-#include <cstring>
+#include <iterator>
 #include <string_view>
 
 namespace kvKorvoV12_9_0_320::kvGS {
 
 namespace {
 
-#define KV_GS_COUNT_COMMAND(identifier, display, shortName, code, record, tail) +1
-#define KV_GS_COUNT_NAME(identifier, display, code) +1
-constexpr size_t kNumNames = 0 KV_GS_COMMANDS(KV_GS_COUNT_COMMAND) KV_GS_NAMES(KV_GS_COUNT_NAME);
-#undef KV_GS_COUNT_COMMAND
-#undef KV_GS_COUNT_NAME
+#define KV_GS_CODE(identifier, ...) k##identifier,
+constexpr uint32_t kCodes[] = {KV_GS_COMMANDS(KV_GS_CODE) KV_GS_NAMES(KV_GS_CODE)};
+#undef KV_GS_CODE
+constexpr size_t kNumNames = std::size(kCodes);
 
 using NameTable = std::array<SGSName, kNumNames + 1>;
 

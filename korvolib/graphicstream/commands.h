@@ -76,10 +76,10 @@ namespace kvKorvoV12_9_0_320::kvGS {
 
 /// The codes: kBeginFrame, kDrawOval, … and the data types, vertex kinds and alignments, kInt16, kPolygon, kLeft, …
 enum KEGraphicStreamCommand : uint32_t {
-#define KV_GS_CODE(identifier, display, shortName, code, record, tail) k##identifier = code,
+#define KV_GS_CODE(identifier, display, shortName, code, record, tail) k##identifier = (code),
     KV_GS_COMMANDS(KV_GS_CODE)
 #undef KV_GS_CODE
-#define KV_GS_CODE(identifier, display, code) k##identifier = code,
+#define KV_GS_CODE(identifier, display, code) k##identifier = (code),
         KV_GS_NAMES(KV_GS_CODE)
 #undef KV_GS_CODE
 };

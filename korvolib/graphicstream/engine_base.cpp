@@ -37,7 +37,7 @@ int32_t KCGraphicStreamEngineBase::ExecStream(const void* stream, size_t size, K
     try {
         if (const int32_t refused = ExecStart(); refused != kErr_NoErr)
             return refused;
-        const int32_t result = Walk(static_cast<const uint8_t*>(stream), size);
+        const int32_t result = size == 0 ? kErr_NoErr : Walk(static_cast<const uint8_t*>(stream), size);
         CloseWhatIsOpen();
         return ExecFinish(result);
     } catch (const std::bad_alloc&) {

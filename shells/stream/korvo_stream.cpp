@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <map>
 
 #include <CLI/CLI.hpp>
@@ -143,9 +144,7 @@ int Diff(const Options& options, const kvKorvo::KCStMemObj& left) {
 
 using Command = int (*)(const Options&, const kvKorvo::KCStMemObj&);
 
-} // namespace
-
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     CLI::App app("Looks into files of recorded drawing (.gs).");
     app.require_subcommand(1);
     Options options;
@@ -173,4 +172,14 @@ int main(int argc, char** argv) {
     if (!korvoStream::ReadFile(options.file, stream))
         return Fail(options.file, "cannot be read");
     return chosen(options, stream);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception& error) {
+        return Fail("error", error.what());
+    }
 }
