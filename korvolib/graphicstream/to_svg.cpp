@@ -176,10 +176,12 @@ size_t KCGraphicStreamToSVG::ImageNumber(const KCGSPicture& picture) {
 // Text.
 
 KCGraphicStreamToSVG& KCGraphicStreamToSVG::Put(std::string_view text) noexcept {
-    uint8_t* const at = m_failed ? nullptr : m_body.AppendAndReserve(text.size());
-    if (at != nullptr)
+    if (text.empty() || m_failed)
+        return *this;
+    if (uint8_t* at = m_body.AppendAndReserve(text.size()))
         std::memcpy(at, text.data(), text.size());
-    m_failed = m_failed || (at == nullptr && !text.empty());
+    else
+        m_failed = true;
     return *this;
 }
 
