@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <random>
 #include <string>
 #include <type_traits>
@@ -216,6 +217,28 @@ TEST(MemObj, AgreesWithAStringOverRandomEdits) {
         }
         ASSERT_EQ(block.GetText(), expected);
     }
+}
+
+TEST(MemObj, AppendAndReserveGivesRoomBehindWhatIsHeld) {
+    KCStMemObj block;
+    for (size_t size = 0; size < 600; ++size) {
+        uint8_t* const room = block.AppendAndReserve(size);
+        ASSERT_EQ(block.GetSize(), size * (size + 1) / 2);
+        if (size != 0) {
+            ASSERT_EQ(room, block.GetBytes().data() + block.GetSize() - size);
+            std::memset(room, static_cast<int>(size & 255), size); // a sanitizer sees a byte too many
+        }
+    }
+    EXPECT_EQ(block.GetBytes()[1], 2);
+    EXPECT_EQ(block.GetBytes().back(), 599 & 255);
+}
+
+TEST(MemObj, AppendAndReserveOfTooMuchLeavesItUnchanged) {
+    KCStMemObj block;
+    ASSERT_EQ(block.Append("abc"), kvKorvo::kErr_NoErr);
+    for (const size_t size : {SIZE_MAX, SIZE_MAX - 2, static_cast<size_t>(PTRDIFF_MAX)})
+        EXPECT_EQ(block.AppendAndReserve(size), nullptr);
+    EXPECT_EQ(block.GetText(), "abc");
 }
 
 } // namespace
