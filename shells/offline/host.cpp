@@ -42,6 +42,9 @@ void AddRenderCommand(CLI::App& app, sRENDER_OPTIONS& options) {
     render->add_option("--block", options.blockFrames, "Frames processed at once")
         ->check(CLI::Range(1u, kLargestBlock))
         ->capture_default_str();
+    render->add_option("--undo-level", options.undoLevel, "How many gestures of the session can be undone")
+        ->check(CLI::Range(0, 65535))
+        ->capture_default_str();
     render->add_option("--table", options.table,
                        "Write the parameters' final values and the events to this text file");
     render->add_option("--plot", options.plot, "Draw the level before and after into this SVG file");

@@ -33,10 +33,11 @@ void RefuseSharedOutputs(const std::vector<std::string>& paths) {
 }
 
 std::string EventTable(const std::vector<sPLAYED_EVENT>& events) {
-    KCTextTable table({{"at s", true}, {"played at s", true}, {"line", true}, {"event"}, {"effect"}});
+    KCTextTable table(
+        {{"at s", true}, {"played at s", true}, {"line", true}, {"event"}, {"effect"}, {"history"}, {"state"}});
     for (const sPLAYED_EVENT& event : events)
         table.AddRow({NumberText(event.atSeconds), FixedText(event.playedSeconds, 4), std::to_string(event.line),
-                      event.what, event.effect});
+                      event.what, event.effect, event.history, event.state});
     return table.ToText();
 }
 
@@ -45,8 +46,9 @@ class KCRendering {
     explicit KCRendering(const sRENDER_OPTIONS& options)
         : m_options(options), m_plugin(options.plugin), m_in(options.in),
           m_session(options.session.empty() ? sSESSION() : ReadSessionFile(options.session)),
-          m_player(m_plugin.GetAlgorithm(), m_session, m_in.GetFormat().sampleRateHz), m_outFile(options.out),
-          m_out(m_outFile, m_in.GetFormat()), m_buffers(m_in.GetFormat().numChannels, options.blockFrames),
+          m_player(m_plugin.GetAlgorithm(), m_session, m_in.GetFormat().sampleRateHz, options.undoLevel),
+          m_outFile(options.out), m_out(m_outFile, m_in.GetFormat()),
+          m_buffers(m_in.GetFormat().numChannels, options.blockFrames),
           m_before(m_in.GetFormat().numChannels, WindowFrames()),
           m_after(m_in.GetFormat().numChannels, WindowFrames()) {
         if (!options.table.empty())
@@ -141,7 +143,7 @@ class KCRendering {
         return std::string(m_plugin.GetName()) +
                ", parameters after the render (active setup: " + (isA ? "A" : "B") + ")\n\n" +
                ParameterTableWithValues(m_plugin.GetAlgorithm()) + LinkGroupTable(m_plugin.GetAlgorithm()) +
-               "\nEvents\n\n" + EventTable(m_player.GetPlayed());
+               "\nEvents\n\n" + EventTable(m_player.GetPlayed()) + "\n" + m_player.GetHistory().ToText();
     }
 
     std::string Plot() const {

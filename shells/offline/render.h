@@ -16,6 +16,7 @@ struct sRENDER_OPTIONS {
     std::string table;   // where the table of parameters and events goes; empty: nowhere
     std::string plot;    // where the picture of the levels goes; empty: nowhere
     uint32_t blockFrames = 512;
+    uint16_t undoLevel = 100; // how many gestures of the session can be undone
 };
 
 inline constexpr uint32_t kLargestBlock = 65536;

@@ -51,7 +51,13 @@ struct sCOPY_SETUP {
     EPluginSetup to = kPluginSetup_B;
 };
 
-using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sENABLE_LINK, sSWITCH_SETUP, sCOPY_SETUP>;
+/// `do:`: what somebody does to the history of the gestures.
+struct sUSE_HISTORY {
+    enum class KEWhat { Undo, Redo, MarkClean };
+    KEWhat what = KEWhat::Undo;
+};
+
+using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sENABLE_LINK, sSWITCH_SETUP, sCOPY_SETUP, sUSE_HISTORY>;
 
 struct sSESSION_EVENT {
     double atSeconds = 0.0; // 0 … kLongestSession
@@ -77,7 +83,7 @@ sSESSION ReadSessionFile(const std::string& path);
 std::string SessionComplaint(const std::string& fileName, int line, std::string_view text);
 
 /// What an event does in a few words: "set Input Gain to 3", "step Ratio by -1, by hand", "enable link group 2",
-/// "setup B", "copy setup A to B".
+/// "setup B", "copy setup A to B", "undo".
 std::string DescribeAction(const SessionAction& action);
 
 } // namespace kvKorvoV12_9_0_320::kvHost

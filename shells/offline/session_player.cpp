@@ -9,26 +9,53 @@
 #include "text.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
+namespace {
 
-KCSessionPlayer::KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz)
-    : m_algorithm(algorithm), m_session(session), m_sampleRateHz(sampleRateHz) {
+bool IsGesture(const SessionAction& action) {
+    return std::visit(
+        [](const auto& each) {
+            if constexpr (requires { each.isGesture; })
+                return each.isGesture;
+            else
+                return false;
+        },
+        action);
+}
+
+} // namespace
+
+KCSessionPlayer::KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz,
+                                 uint16_t undoLevel)
+    : m_algorithm(algorithm), m_session(session), m_sampleRateHz(sampleRateHz), m_history(algorithm, undoLevel) {
     const KCAlgorithmLock lock(m_algorithm);
     for (const sSESSION_EVENT& event : session.events)
         m_events.push_back(Bind(event));
 }
 
 void KCSessionPlayer::PlayUpTo(int64_t frame) {
-    while (GetNumLeft() > 0 && m_events[m_played.size()].frame <= frame) {
-        const sBOUND_EVENT& bound = m_events[m_played.size()];
-        const KCAlgorithmLock lock(m_algorithm);
-        const std::vector<double> before = ActiveValues();
-        std::string effect;
-        BUFFER_HEADER* chain =
-            std::visit([&](const auto& action) { return Play(bound, action, effect); }, bound.event->action);
-        m_algorithm.ExecuteAndDisposeBuffer(chain);
-        m_played.push_back({bound.event->atSeconds, static_cast<double>(frame) / m_sampleRateHz, bound.event->line,
-                            DescribeAction(bound.event->action), effect.empty() ? EffectSince(before) : effect});
-    }
+    while (GetNumLeft() > 0 && m_events[m_played.size()].frame <= frame)
+        PlayNext(frame);
+}
+
+void KCSessionPlayer::PlayNext(int64_t frame) {
+    const sBOUND_EVENT& bound = m_events[m_played.size()];
+    const KCAlgorithmLock lock(m_algorithm);
+    const std::vector<double> before = ActiveValues();
+    sPLAYED_EVENT played;
+    played.atSeconds = bound.event->atSeconds;
+    played.playedSeconds = static_cast<double>(frame) / m_sampleRateHz;
+    played.line = bound.event->line;
+    played.what = DescribeAction(bound.event->action);
+    BUFFER_HEADER* chain =
+        std::visit([&](const auto& action) { return Play(bound, action, played); }, bound.event->action);
+    m_algorithm.ExecuteAndDisposeBuffer(chain);
+    // A gesture that has moved nothing is no step, and what can be redone stays.
+    if (IsGesture(bound.event->action) && ActiveValues() != before)
+        played.history = m_history.InsertStep(bound.param);
+    if (played.effect.empty())
+        played.effect = EffectSince(before);
+    played.state = m_history.GetStateText();
+    m_played.push_back(std::move(played));
 }
 
 // ---- Finding what an event means --------------------------------------------------------------------------------
@@ -124,12 +151,12 @@ KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Move(size_t param, double state
 }
 
 KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSET_PARAM& set,
-                                                      std::string&) {
+                                                      sPLAYED_EVENT&) {
     return Move(event.param, event.state, set.isGesture);
 }
 
 KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step,
-                                                      std::string&) {
+                                                      sPLAYED_EVENT&) {
     BUFFER_HEADER* chain = nullptr;
     for (int32_t left = std::abs(step.by); left > 0; --left) {
         const double offset = m_algorithm.OffsetToNextDifferentState(event.param, step.by);
@@ -142,20 +169,37 @@ KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event,
 }
 
 KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sENABLE_LINK& link,
-                                                      std::string& effect) {
+                                                      sPLAYED_EVENT& played) {
     KCLinkGroups& groups = *m_algorithm.GetLinkGroups();
     groups.SetGroupState(link.group, link.isEnabled);
-    effect = LinkGroupText(m_algorithm, link.group);
+    played.effect = LinkGroupText(m_algorithm, link.group);
     return nullptr;
 }
 
 KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sSWITCH_SETUP& change,
-                                                      std::string&) {
+                                                      sPLAYED_EVENT&) {
     return m_algorithm.SetActiveSetup(change.setup);
 }
 
-KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sCOPY_SETUP& copy, std::string&) {
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sCOPY_SETUP& copy,
+                                                      sPLAYED_EVENT&) {
     return m_algorithm.CopySetup(copy.from, copy.to);
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sUSE_HISTORY& use,
+                                                      sPLAYED_EVENT& played) {
+    switch (use.what) {
+    case sUSE_HISTORY::KEWhat::Undo:
+        played.history = m_history.Undo();
+        break;
+    case sUSE_HISTORY::KEWhat::Redo:
+        played.history = m_history.Redo();
+        break;
+    case sUSE_HISTORY::KEWhat::MarkClean:
+        m_history.MarkClean();
+        break;
+    }
+    return nullptr;
 }
 
 // ---- Telling what it did ----------------------------------------------------------------------------------------

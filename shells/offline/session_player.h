@@ -14,6 +14,7 @@
 
 #include <korvolib/alg/algorithm.h>
 
+#include "history.h"
 #include "session.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -23,19 +24,22 @@ struct sPLAYED_EVENT {
     double atSeconds = 0.0;     // as the session says
     double playedSeconds = 0.0; // when the block began
     int line = 0;
-    std::string what;   // DescribeAction
-    std::string effect; // "Ratio 2 → 4", or "nothing changed"
+    std::string what;    // DescribeAction
+    std::string effect;  // "Ratio 2 → 4", or "nothing changed"
+    std::string history; // what came of it there, as KCHistory tells it; empty for nothing
+    std::string state;   // "clean" or "dirty" afterwards
 };
 
 class KCSessionPlayer {
   public:
     /// Algorithm (FinishCreate done) and session must outlive this. Throws KCHostFailure with file and line for a
-    /// name, state, value or text that the parameters do not know.
-    KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz);
+    /// name, state, value or text that the parameters do not know. At most `undoLevel` gestures can be undone.
+    KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz, uint16_t undoLevel);
 
     /// Carries out what is due at a block that begins with this frame; the frames of successive calls ascend.
     void PlayUpTo(int64_t frame);
 
+    const KCHistory& GetHistory() const { return m_history; }
     const std::vector<sPLAYED_EVENT>& GetPlayed() const { return m_played; }
     size_t GetNumLeft() const { return m_events.size() - m_played.size(); }
 
@@ -57,13 +61,15 @@ class KCSessionPlayer {
     double StateOfText(const sSESSION_EVENT& event, const std::string& text, size_t param) const;
     [[noreturn]] void Fail(const sSESSION_EVENT& event, const std::string& text) const;
 
-    // One for each kind of event; the chain is executed by the caller. An effect on something else than values is
-    // told in `effect`.
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSET_PARAM& set, std::string& effect);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step, std::string& effect);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sENABLE_LINK& link, std::string& effect);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSWITCH_SETUP& change, std::string& effect);
-    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy, std::string& effect);
+    void PlayNext(int64_t frame);
+    // One for each kind of event; the chain is executed by the caller. What `played` is not told of effect and
+    // history is found out afterwards.
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSET_PARAM& set, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSTEP_PARAM& step, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sENABLE_LINK& link, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSWITCH_SETUP& change, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sUSE_HISTORY& use, sPLAYED_EVENT& played);
     BUFFER_HEADER* Move(size_t param, double state, bool isGesture);
 
     std::vector<double> ActiveValues() const;
@@ -72,6 +78,7 @@ class KCSessionPlayer {
     cALGORITHM& m_algorithm;
     const sSESSION& m_session;
     double m_sampleRateHz;
+    KCHistory m_history;
     std::vector<sBOUND_EVENT> m_events;
     std::vector<sPLAYED_EVENT> m_played;
 };

@@ -61,6 +61,15 @@ SessionAction ReadCopySetup(const KCEventFields& fields) {
     return sCOPY_SETUP{kPluginSetup_B, kPluginSetup_A};
 }
 
+const std::vector<std::string>& HistoryWords() {
+    static const std::vector<std::string> words = {"undo", "redo", "mark clean"};
+    return words;
+}
+
+SessionAction ReadDo(const KCEventFields& fields) {
+    return sUSE_HISTORY{static_cast<sUSE_HISTORY::KEWhat>(fields.Choice("do", HistoryWords()))};
+}
+
 // What an event may be: the key that makes it one of this kind, and the other keys that it takes besides 'at'.
 struct sEVENT_KIND {
     const char* key;
@@ -75,6 +84,7 @@ const std::vector<sEVENT_KIND>& EventKinds() {
         {"link", {"enabled"}, ReadLink},
         {"setup", {}, ReadSetup},
         {"copy setup", {}, ReadCopySetup},
+        {"do", {}, ReadDo},
     };
     return kinds;
 }
@@ -203,6 +213,7 @@ struct sActionText {
     std::string operator()(const sCOPY_SETUP& copy) const {
         return std::string("copy setup ") + Letter(copy.from) + " to " + Letter(copy.to);
     }
+    std::string operator()(const sUSE_HISTORY& use) const { return HistoryWords()[static_cast<size_t>(use.what)]; }
     static const char* Hand(bool isGesture) { return isGesture ? ", by hand" : ""; }
     static char Letter(EPluginSetup setup) { return setup == kPluginSetup_A ? 'A' : 'B'; }
 };

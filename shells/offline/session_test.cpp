@@ -79,6 +79,16 @@ TEST(Session, EventsKnowTheirLines) {
     EXPECT_EQ(session.events[1].line, 6);
 }
 
+TEST(Session, UndoesRedoesAndMarksAsClean) {
+    using KEWhat = sUSE_HISTORY::KEWhat;
+    const sSESSION session = Read("- {at: 0, do: undo}\n- {at: 0, do: redo}\n- {at: 0, do: mark clean}\n");
+    EXPECT_EQ(std::get<sUSE_HISTORY>(session.events[0].action).what, KEWhat::Undo);
+    EXPECT_EQ(std::get<sUSE_HISTORY>(session.events[1].action).what, KEWhat::Redo);
+    EXPECT_EQ(std::get<sUSE_HISTORY>(session.events[2].action).what, KEWhat::MarkClean);
+    EXPECT_EQ(DescribeAction(session.events[0].action), "undo");
+    EXPECT_EQ(DescribeAction(session.events[2].action), "mark clean");
+}
+
 TEST(Session, DescribesGesturesAndLinks) {
     const sSESSION session = Read("- {at: 0, set: Gain, value: 0.5, gesture: true}\n"
                                   "- {at: 0, step: Ratio, by: 1, gesture: true}\n"
@@ -123,10 +133,9 @@ const sMALFORMED kMalformed[] = {
     {"- at: 1\n  at: 2\n  setup: A", "s.yaml:2: the key \"at\" stands here twice"},
     {"- at: 0\n  set: Gain\n  vlaue: 3", "s.yaml:3: unknown key \"vlaue\"; did you mean 'value'?"},
     {"- {at: 0, q: 3}", "s.yaml:1: unknown key \"q\"; known are at, set, state, value, text, gesture, step, by, "
-                        "link, enabled, setup and copy "
-                        "setup"},
-    {"- at: 1", "s.yaml:1: the event says nothing to do: it needs one of 'set', 'step', 'link', 'setup' and 'copy "
-                "setup'"},
+                        "link, enabled, setup, copy setup and do"},
+    {"- at: 1", "s.yaml:1: the event says nothing to do: it needs one of 'set', 'step', 'link', 'setup', 'copy "
+                "setup' and 'do'"},
     {"- {at: 0, set: Gain, value: 3, setup: A}", "s.yaml:1: an event does one thing, not both 'set' and 'setup'"},
     {"- {at: 0, set: Gain, by: 3}", "s.yaml:1: 'by' does not belong to a 'set' event, which takes at, set, state, "
                                     "value, text and gesture"},
@@ -160,6 +169,8 @@ const sMALFORMED kMalformed[] = {
     {"- {at: 0, link: Trims, enabled: true}",
      "s.yaml:1: 'link' must be a number from -2147483648 to 2147483647, not \"Trims\""},
     {"- {at: 0, link: 1.5, enabled: true}", "s.yaml:1: 'link' must be a whole number, not 1.5"},
+    {"- {at: 0, do: sing}", "s.yaml:1: 'do' must be undo, redo or mark clean, not \"sing\""},
+    {"- {at: 0, do: undo, by: 2}", "s.yaml:1: 'by' does not belong to a 'do' event, which takes at and do"},
     {"- {at: 0, setup: C}", "s.yaml:1: 'setup' must be A or B, not \"C\""},
     {"- {at: 0, copy setup: A to A}", "s.yaml:1: 'copy setup' must be A to B or B to A, not \"A to A\""},
     {"- {at: 2, setup: A}\n- {at: 1.5, setup: B}",
