@@ -49,7 +49,7 @@ TEST_F(HostRender, TheSessionOfTheDemoIsHeardAsItSays) {
     Render("out.wav", {"--session", KORVO_DEMO_SESSION});
     const sSOUND out = ReadSound(Path("out.wav"));
     EXPECT_NEAR(Level(out, 0.1, 0.39), kSineLevel, 0.05);
-    EXPECT_NEAR(Level(out, 0.5, 0.79), kSineLevel - 9.0, 0.05); // linked trims; a mono sound hears the left one
+    EXPECT_NEAR(Level(out, 0.5, 0.79), kSineLevel - 9.0, 0.05); // linked trims; in mono the left one is heard
     EXPECT_NEAR(Level(out, 1.1, 1.59), kSineLevel - 18.0, 0.05);
     // A sine that peaks at -6.02 dB, 25.98 dB over the threshold at 4:1, then 18 dB of makeup; the detector, which
     // follows single peaks, lets go a little between them.
@@ -195,8 +195,12 @@ TEST_F(HostRender, TheTableSaysWhatEachEventDid) {
                                                     "- {at: 0.6, set: Input Gain, value: -6.5}\n");
     Render("out.wav", {"--session", session, "--table", Path("t.txt"), "--block", "441"});
     const std::string table = ReadBytes(Path("t.txt"));
-    EXPECT_THAT(table, HasSubstr(" 0.5       0.5000     1  set Input Gain to -6.5  Input Gain 0.0 → -6.5\n"));
-    EXPECT_THAT(table, HasSubstr(" 0.6       0.6000     2  set Input Gain to -6.5  nothing changed\n"));
+    EXPECT_THAT(
+        table,
+        HasSubstr(" 0.5       0.5000     1  set Input Gain to -6.5  Input Gain 0.0 → -6.5           clean\n"));
+    EXPECT_THAT(
+        table,
+        HasSubstr(" 0.6       0.6000     2  set Input Gain to -6.5  nothing changed                 clean\n"));
 }
 
 TEST_F(HostRender, ShowsProgressOnATerminalAlone) {
