@@ -52,6 +52,12 @@ int32_t KCStFile::base_WriteFromString(std::string_view text) noexcept {
     return base_Write(text.data(), text.size(), done);
 }
 
+int32_t KCStFile::base_WriteFromString(const char* text) noexcept {
+    if (!IsValid())
+        return kErr_InvalidFileRef;
+    return text == nullptr ? kErr_NullArgument : base_WriteFromString(std::string_view(text));
+}
+
 int32_t KCStFile::base_WriteFromKCStMemObj(const KCStMemObj& from) noexcept {
     size_t done = 0;
     return base_Write(from.GetData(), from.GetSize(), done);

@@ -59,6 +59,8 @@ class KORVO_API KCStFile : public KUValidatable {
     }
     /// All of it, or an error.
     int32_t base_WriteFromString(std::string_view text) noexcept;
+    /// kErr_NullArgument for null.
+    int32_t base_WriteFromString(const char* text) noexcept;
     int32_t base_WriteFromKCStMemObj(const KCStMemObj& from) noexcept;
 
     KTOpenFileType* m_file;
@@ -86,6 +88,7 @@ class KORVO_API KCStFileWrite : public KCStFile {
         return base_Write(buffer, count, done);
     }
     int32_t WriteFromString(std::string_view text) noexcept { return base_WriteFromString(text); }
+    int32_t WriteFromString(const char* text) noexcept { return base_WriteFromString(text); }
     int32_t WriteFromKCStMemObj(const KCStMemObj& from) noexcept { return base_WriteFromKCStMemObj(from); }
     int32_t SetFileSize(uint64_t size) noexcept { return FM::SetFileSize(m_file, size); }
 };
@@ -107,6 +110,7 @@ class KORVO_API KCStFileCreate : public KCStFile {
         return base_Write(buffer, count, done);
     }
     int32_t WriteFromString(std::string_view text) noexcept { return base_WriteFromString(text); }
+    int32_t WriteFromString(const char* text) noexcept { return base_WriteFromString(text); }
     int32_t WriteFromKCStMemObj(const KCStMemObj& from) noexcept { return base_WriteFromKCStMemObj(from); }
     int32_t SetFileSize(uint64_t size) noexcept { return FM::SetFileSize(m_file, size); }
 };

@@ -7,6 +7,7 @@
 #include <korvolib/utilities/error_codes.h>
 #include <korvolib/utilities/fm/disk_object.h>
 #include <korvolib/utilities/fm/fm_test_internal.h>
+#include <korvolib/utilities/fm/replace_file.h>
 
 namespace {
 
@@ -90,6 +91,15 @@ TEST_F(Files, CreateOffersBothSides) {
     EXPECT_EQ(text, "ello");
     EXPECT_EQ(file.SetFileSize(0), 0);
     EXPECT_EQ(KCStFileCreate(m_folder.Path("a/f"), KECreateFlags::CreateNew).GetOpenResult(), -1003);
+}
+
+TEST_F(Files, NullTextIsANullArgument) {
+    KCStFileCreate file(m_folder.Path("f"));
+    const char* const null = nullptr;
+    EXPECT_EQ(file.WriteFromString(null), -4003);
+    EXPECT_EQ(KCStFileWrite(m_folder.Path("missing")).WriteFromString(null), -1026);
+    EXPECT_EQ(KCStFileReplace(m_folder.Path("g")).WriteFromString(null), -4003);
+    EXPECT_EQ(m_folder.Count(), 1u);
 }
 
 TEST_F(Files, ClosedFileIsNotValid) {

@@ -47,6 +47,8 @@ int32_t KCStFileReplace::WriteFromString(std::string_view text) noexcept {
     return Remember(base_WriteFromString(text));
 }
 
+int32_t KCStFileReplace::WriteFromString(const char* text) noexcept { return Remember(base_WriteFromString(text)); }
+
 int32_t KCStFileReplace::WriteFromKCStMemObj(const KCStMemObj& from) noexcept {
     return Remember(base_WriteFromKCStMemObj(from));
 }

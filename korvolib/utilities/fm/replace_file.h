@@ -33,6 +33,7 @@ class KORVO_API KCStFileReplace : public KCStFile {
 
     int32_t Write(const void* buffer, size_t count, size_t& done) noexcept;
     int32_t WriteFromString(std::string_view text) noexcept;
+    int32_t WriteFromString(const char* text) noexcept;
     int32_t WriteFromKCStMemObj(const KCStMemObj& from) noexcept;
 
     /// Puts what was written in the old file's place, if every write so far was done in full; otherwise repeats the
