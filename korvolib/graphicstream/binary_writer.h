@@ -188,9 +188,9 @@ class KORVO_API KCGraphicStreamBinaryWriter {
     uint64_t GetGeneration() const noexcept { return m_generation; }
     /// Appends one line on the stream and the settings.
     Writer& ReportState(KCFixedStringBase& report) noexcept;
-    /// Writes a file that is complete on its own: data by pointer stands in place in it. `result` is kErr_NoErr,
-    /// kErr_Generic when the file cannot be written whole, kErr_NullArgument, kErr_AllocationFailed,
-    /// kErr_MalformedStream or kErr_LimitExceeded. A file of that name is replaced.
+    /// Writes a file that is complete on its own: data by pointer stands in place in it. A file of that name is
+    /// replaced in one step. `result` is kErr_NoErr, kErr_NullArgument, kErr_AllocationFailed,
+    /// kErr_MalformedStream, kErr_LimitExceeded, or what FM::WriteFileFromKCStMemObj says of the file.
     Writer& WriteGraphicStreamToFile(const char* path, int32_t& result) noexcept;
 
   private:

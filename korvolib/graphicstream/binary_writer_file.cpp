@@ -1,28 +1,13 @@
 #include <korvolib/graphicstream/binary_writer.h>
 
-#include <cstdio>
-#include <memory>
-
 #include <korvolib/graphicstream/record_bytes_internal.h>
 #include <korvolib/utilities/error_codes.h>
+#include <korvolib/utilities/fm/open_file.h>
+#include <korvolib/utilities/fm/path.h>
 
 namespace kvKorvoV12_9_0_320::kvGS {
 
 namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-
-int32_t WriteFile(const char* path, const KCStMemObj& bytes) noexcept {
-    std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path, "wb"));
-    if (file == nullptr)
-        return kErr_Generic;
-    const size_t written = bytes.IsEmpty() ? 0 : std::fwrite(bytes.GetData(), 1, bytes.GetSize(), file.get());
-    // The last bytes may fail to reach the disk only when the file is closed.
-    const bool closed = std::fclose(file.release()) == 0;
-    return written == bytes.GetSize() && closed ? kErr_NoErr : kErr_Generic;
-}
 
 int32_t AppendInPlace(const uint8_t* record, KCStMemObj& inPlace) noexcept {
     SGSDataPtr data;
@@ -75,7 +60,7 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::WriteGraphicStreamToFi
     result = path == nullptr ? kErr_NullArgument
                              : GSCopyWithDataInPlace(m_stream.GetData(), m_stream.GetSize(), inPlace);
     if (result == kErr_NoErr)
-        result = WriteFile(path, inPlace);
+        result = FM::WriteFileFromKCStMemObj(FM::KCStPath(path), inPlace);
     return *this;
 }
 

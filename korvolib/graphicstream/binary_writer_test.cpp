@@ -394,8 +394,8 @@ TEST(StreamWriter, AFileHoldsDataByPointerInPlace) {
 TEST(StreamWriter, AFileThatCannotBeWrittenIsAnError) {
     KCGraphicStreamBinaryWriter writer;
     int32_t result = 0;
-    writer.WriteGraphicStreamToFile("/no/such/folder/x.gs", result);
-    EXPECT_EQ(result, kvKorvo::kErr_Generic);
+    writer.WriteGraphicStreamToFile("/dev/null/x.gs", result); // no folder, and none can be made there
+    EXPECT_LT(result, kvKorvo::kErr_NoErr);
     writer.WriteGraphicStreamToFile(nullptr, result);
     EXPECT_EQ(result, kvKorvo::kErr_NullArgument);
 }
@@ -407,7 +407,7 @@ TEST(StreamWriter, AFullDiskIsAnError) {
     RecordEveryCommand(writer);
     int32_t result = 0;
     writer.WriteGraphicStreamToFile("/dev/full", result);
-    EXPECT_EQ(result, kvKorvo::kErr_Generic);
+    EXPECT_LT(result, kvKorvo::kErr_NoErr);
 }
 
 TEST(StreamWriter, ACopyInPlaceRefusesWhatDoesNotHoldTogether) {

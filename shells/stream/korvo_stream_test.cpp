@@ -151,7 +151,7 @@ TEST_F(KorvoStream, SaysWhichFileCannotBeReadOrWritten) {
     EXPECT_NE(missing.output.find("missing.gs: cannot be read"), std::string::npos) << missing.output;
     KCGraphicStreamBinaryWriter writer;
     const std::string file = Save("a.gs", writer);
-    EXPECT_EQ(RunTool("dump " + file + " -o /no/such/folder/a.yaml").code, 2);
+    EXPECT_EQ(RunTool("dump " + file + " -o /dev/null/a.yaml").code, 2);
     EXPECT_NE(RunTool("").code, 0);
     EXPECT_NE(RunTool("nonsense " + file).code, 0);
 }

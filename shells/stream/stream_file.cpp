@@ -1,29 +1,22 @@
 #include <shells/stream/stream_file.h>
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
+
+#include <korvolib/utilities/fm/open_file.h>
+#include <korvolib/utilities/fm/path.h>
 
 namespace korvoStream {
 
 using namespace kvKorvo::kvGS;
 
 bool ReadFile(const std::string& path, kvKorvo::KCStMemObj& bytes) {
-    std::ifstream file(path, std::ios::binary);
-    char block[65536];
-    bytes.Clear();
-    while (file.read(block, sizeof block) || file.gcount() != 0) {
-        if (bytes.Append(block, static_cast<size_t>(file.gcount())) != 0)
-            return false;
-    }
-    return file.eof() && !file.bad();
+    return kvKorvo::FM::ReadFileToKCStMemObj(kvKorvo::FM::KCStPath(path.c_str()), bytes) == 0;
 }
 
 bool WriteFile(const std::string& path, std::string_view bytes) {
-    std::ofstream file(path, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    return file.good();
+    kvKorvo::KCStMemObj block;
+    return block.Append(bytes) == 0 &&
+           kvKorvo::FM::WriteFileFromKCStMemObj(kvKorvo::FM::KCStPath(path.c_str()), block) == 0;
 }
 
 int32_t RecordLister::Add(std::span<const uint8_t> bytes, size_t offset) {
