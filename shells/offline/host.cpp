@@ -47,7 +47,10 @@ void AddRenderCommand(CLI::App& app, sRENDER_OPTIONS& options) {
         ->capture_default_str();
     render->add_option("--table", options.table,
                        "Write the parameters' final values and the events to this text file");
-    render->add_option("--plot", options.plot, "Draw the level before and after into this SVG file");
+    render
+        ->add_option("--plot", options.plots,
+                     "Draw the level before and after into this file (.svg, .png, .gs or .yaml); may be repeated")
+        ->allow_extra_args(false);
     render->callback([&options] { Render(options); });
 }
 

@@ -1,11 +1,11 @@
-// The level of a sound before and after a plug-in over time, with the events of a session marked, as an SVG
-// picture.
+// The level of a sound before and after a plug-in over time, with the events of a session marked: recorded as a
+// graphic stream, which any engine can show.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include <korvolib/version.h>
+#include <korvolib/graphicstream/binary_writer.h>
 
 namespace kvKorvoV12_9_0_320::kvHost {
 
@@ -22,8 +22,8 @@ struct sLEVEL_PLOT {
     std::vector<sPLOT_EVENT> events; // by time
 };
 
-/// A picture that stands alone: no script, no font file. Levels below -72 dB are drawn at the
-/// bottom, levels above 48 dB at the top.
-std::string LevelPlotSvg(const sLEVEL_PLOT& plot);
+/// Records the picture as one stream of `writer`, with all its data in place. Levels below -72 dB are drawn at the
+/// bottom, levels above 48 dB at the top. What fails is told by the writer (GetError).
+void RecordLevelPlot(const sLEVEL_PLOT& plot, kvGS::KCGraphicStreamBinaryWriter& writer);
 
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -5,7 +5,9 @@
 #include <limits>
 #include <random>
 
+#include "failure.h"
 #include "level_meter.h"
+#include "plot_file.h"
 #include "plot_labels.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -66,60 +68,87 @@ TEST(PlotLabels, WhatFindsNoRowIsNotShown) {
     EXPECT_FALSE(labels[kMostLabelRows].isShown);
 }
 
+using Writer = kvGS::KCGraphicStreamBinaryWriter;
+
+std::string FileOf(const sLEVEL_PLOT& plot, const std::string& path) {
+    Writer writer;
+    RecordLevelPlot(plot, writer);
+    return PlotFileContents(path, writer);
+}
+
+std::string YamlOf(const sLEVEL_PLOT& plot) { return FileOf(plot, "plot.yaml"); }
+
+size_t Count(const std::string& text, const std::string& word) {
+    size_t count = 0;
+    for (size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1))
+        ++count;
+    return count;
+}
+
+bool Shows(const sLEVEL_PLOT& plot, const std::string& text) {
+    return FileOf(plot, "plot.svg").find(">" + text + "</text>") != std::string::npos;
+}
+
 TEST(LevelPlot, IsAPictureEvenOfNothing) {
-    const std::string svg = LevelPlotSvg({});
-    EXPECT_TRUE(svg.starts_with("<svg xmlns="));
+    const std::string svg = FileOf({}, "plot.svg");
+    EXPECT_TRUE(svg.starts_with("<?xml"));
     EXPECT_TRUE(svg.ends_with("</svg>\n"));
     EXPECT_EQ(svg.find("nan"), std::string::npos);
+    EXPECT_TRUE(Shows({}, "time in seconds"));
 }
 
 TEST(LevelPlot, TextFromOutsideIsEscaped) {
     sLEVEL_PLOT plot;
-    plot.title = "<script>&\"\n";
-    plot.before = {0.0, -6.0};
-    const std::string svg = LevelPlotSvg(plot);
-    EXPECT_NE(svg.find("&lt;script&gt;&amp;&quot; </text>"), std::string::npos);
-    EXPECT_EQ(svg.find("<script>"), std::string::npos);
+    plot.title = "<script>&";
+    EXPECT_TRUE(Shows(plot, "&lt;script&gt;&amp;"));
 }
 
 TEST(LevelPlot, DrawsACurveForEachSoundAndALineForEachEvent) {
     sLEVEL_PLOT plot;
+    const auto numStrips = [&] { return Count(YamlOf(plot), "kind: LineStrip"); };
+    const size_t ofNothing = numStrips();
     plot.before = {-6.0, -12.0, -200.0};
+    EXPECT_EQ(numStrips(), ofNothing + 1);
     plot.after = {-6.0, -12.0};
+    EXPECT_EQ(numStrips(), ofNothing + 2);
     plot.events = {{0.05, "set Gain to 3"}};
-    const std::string svg = LevelPlotSvg(plot);
-    EXPECT_NE(svg.find("stroke=\"#9aa5b1\" stroke-width=\"1.6\""), std::string::npos);
-    EXPECT_NE(svg.find("stroke=\"#c2410c\" stroke-width=\"1.8\""), std::string::npos);
-    EXPECT_NE(svg.find(">set Gain to 3</text>"), std::string::npos);
+    EXPECT_TRUE(Shows(plot, "set Gain to 3"));
 }
 
 TEST(LevelPlot, MakesRoomAboveFullScaleWhereALevelGoesThere) {
     sLEVEL_PLOT plot;
     plot.after = {0.0};
-    EXPECT_EQ(LevelPlotSvg(plot).find(">12</text>"), std::string::npos);
+    EXPECT_FALSE(Shows(plot, "12"));
     plot.after = {0.5};
-    EXPECT_NE(LevelPlotSvg(plot).find(">12</text>"), std::string::npos);
+    EXPECT_TRUE(Shows(plot, "12"));
     plot.after = {1e300};
-    EXPECT_NE(LevelPlotSvg(plot).find(">48</text>"), std::string::npos);
+    EXPECT_TRUE(Shows(plot, "48"));
 }
 
 TEST(LevelPlot, EventsOfOneTimeShareALine) {
     sLEVEL_PLOT plot;
     plot.after = {-6.0, -6.0};
-    const auto numLines = [&] {
-        const std::string svg = LevelPlotSvg(plot);
-        size_t count = 0;
-        for (size_t at = svg.find("stroke-dasharray"); at != std::string::npos;
-             at = svg.find("stroke-dasharray", at + 1))
-            ++count;
-        return count;
-    };
+    const auto numLines = [&] { return Count(YamlOf(plot), "- DrawVertices:"); };
     plot.events = {{0.05, "a"}};
     const size_t ofOne = numLines();
     plot.events = {{0.05, "a"}, {0.05, "b"}};
     EXPECT_EQ(numLines(), ofOne);
     plot.events = {{0.05, "a"}, {0.06, "b"}};
     EXPECT_EQ(numLines(), ofOne + 1);
+}
+
+TEST(PlotFile, IsWhatItsEndingSays) {
+    EXPECT_TRUE(FileOf({}, "a.png").starts_with("\x89PNG\r\n"));
+    EXPECT_TRUE(FileOf({}, "a.SVG").starts_with("<?xml"));
+    Writer writer;
+    RecordLevelPlot({}, writer);
+    EXPECT_EQ(PlotFileContents("a.gs", writer), writer.GetStreamMemObj().GetText());
+}
+
+TEST(PlotFile, OfAnotherKindIsRefused) {
+    RefuseUnknownPlotKind("a.yaml");
+    EXPECT_THROW(RefuseUnknownPlotKind("a.pdf"), KCHostFailure);
+    EXPECT_THROW(RefuseUnknownPlotKind("svg"), KCHostFailure);
 }
 
 } // namespace

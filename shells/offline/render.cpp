@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -14,6 +15,7 @@
 #include "level_meter.h"
 #include "level_plot.h"
 #include "parameter_text.h"
+#include "plot_file.h"
 #include "progress_bar.h"
 #include "session_player.h"
 #include "sound_file.h"
@@ -53,8 +55,8 @@ class KCRendering {
           m_after(m_in.GetFormat().numChannels, WindowFrames()) {
         if (!options.table.empty())
             m_table.emplace(options.table);
-        if (!options.plot.empty())
-            m_plot.emplace(options.plot);
+        for (const std::string& plot : options.plots)
+            m_plots.emplace_back(plot);
     }
 
     void Run() {
@@ -63,8 +65,7 @@ class KCRendering {
         m_out.Finish();
         if (m_table)
             m_table->Write(Table());
-        if (m_plot)
-            m_plot->Write(Plot());
+        WritePlots();
         KeepAll();
     }
 
@@ -146,7 +147,14 @@ class KCRendering {
                "\nEvents\n\n" + EventTable(m_player.GetPlayed()) + "\n" + m_player.GetHistory().ToText();
     }
 
-    std::string Plot() const {
+    void WritePlots() {
+        kvGS::KCGraphicStreamBinaryWriter writer;
+        RecordLevelPlot(Plot(), writer);
+        for (KCOutputFile& plot : m_plots)
+            plot.Write(PlotFileContents(plot.GetPath(), writer));
+    }
+
+    sLEVEL_PLOT Plot() const {
         sLEVEL_PLOT plot;
         plot.title = std::filesystem::path(m_options.in).filename().string() + " through " + m_plugin.GetName();
         plot.windowSeconds = static_cast<double>(m_before.GetWindowFrames()) / m_in.GetFormat().sampleRateHz;
@@ -154,14 +162,14 @@ class KCRendering {
         plot.after = m_after.GetLevels();
         for (const sPLAYED_EVENT& event : m_player.GetPlayed())
             plot.events.push_back({event.playedSeconds, event.what});
-        return LevelPlotSvg(plot);
+        return plot;
     }
 
     void KeepAll() {
         if (m_table)
             m_table->Keep();
-        if (m_plot)
-            m_plot->Keep();
+        for (KCOutputFile& plot : m_plots)
+            plot.Keep();
         m_outFile.Keep();
     }
 
@@ -176,13 +184,17 @@ class KCRendering {
     KCLevelMeter m_before;
     KCLevelMeter m_after;
     std::optional<KCOutputFile> m_table;
-    std::optional<KCOutputFile> m_plot;
+    std::deque<KCOutputFile> m_plots; // none of them can be moved
 };
 
 } // namespace
 
 void Render(const sRENDER_OPTIONS& options) {
-    RefuseSharedOutputs({options.out, options.table, options.plot});
+    std::vector<std::string> outputs = {options.out, options.table};
+    outputs.insert(outputs.end(), options.plots.begin(), options.plots.end());
+    RefuseSharedOutputs(outputs);
+    for (const std::string& plot : options.plots)
+        RefuseUnknownPlotKind(plot);
     KCRendering rendering(options);
     rendering.Run();
     std::printf("%s\n", rendering.Summary().c_str());

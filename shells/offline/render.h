@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include <korvolib/version.h>
 
@@ -12,9 +13,9 @@ struct sRENDER_OPTIONS {
     std::string plugin;
     std::string in;
     std::string out;
-    std::string session; // empty: no events
-    std::string table;   // where the table of parameters and events goes; empty: nowhere
-    std::string plot;    // where the picture of the levels goes; empty: nowhere
+    std::string session;            // empty: no events
+    std::string table;              // where the table of parameters and events goes; empty: nowhere
+    std::vector<std::string> plots; // where the picture of the levels goes, each in the form that its ending says
     uint32_t blockFrames = 512;
     uint16_t undoLevel = 100; // how many gestures of the session can be undone
 };

@@ -25,16 +25,9 @@ constexpr sFILE_KIND kFileKinds[] = {
     {".flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24},
 };
 
-std::string LowerCase(std::string text) {
-    for (char& c : text)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return text;
-}
-
 int FormatByEnding(const KCOutputFile& file) {
-    const std::string ending = LowerCase(std::filesystem::path(file.GetPath()).extension().string());
     for (const sFILE_KIND& kind : kFileKinds)
-        if (ending == kind.ending)
+        if (HasEnding(file.GetPath(), kind.ending))
             return kind.format;
     throw KCHostFailure(file.GetPath() + ": the name of a sound file to write must end in .wav, .aiff or .flac");
 }

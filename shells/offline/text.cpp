@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 
 namespace kvKorvoV12_9_0_320::kvHost {
 
@@ -61,6 +62,15 @@ std::string JoinedText(const std::vector<std::string>& parts, std::string_view l
         joined += parts[i];
     }
     return joined;
+}
+
+bool HasEnding(std::string_view name, std::string_view ending) {
+    const auto isSame = [](char small, char c) {
+        return small == (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c);
+    };
+    return name.size() >= ending.size() &&
+           std::equal(ending.begin(), ending.end(), name.end() - static_cast<std::ptrdiff_t>(ending.size()),
+                      isSame);
 }
 
 size_t TextWidth(std::string_view text) {

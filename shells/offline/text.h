@@ -28,6 +28,9 @@ std::string InApostrophes(std::string_view word);
 /// "a, b or c".
 std::string JoinedText(const std::vector<std::string>& parts, std::string_view lastSeparator);
 
+/// Whether a file's name ends so; the ending is given in small letters, and the name's count as such.
+bool HasEnding(std::string_view name, std::string_view ending);
+
 /// Columns that the text takes on a terminal: its UTF-8 code points.
 size_t TextWidth(std::string_view text);
 

@@ -137,6 +137,11 @@ TEST_F(HostRefusal, OfAnOutputNamedTwice) {
                   "same: named for two outputs");
 }
 
+TEST_F(HostRefusal, OfAPlotOfAnUnknownKind) {
+    ExpectRefusal(Arguments("in.wav", "out.wav", {"--plot", "plot.svg", "--plot", "plot.pdf"}),
+                  "plot.pdf: the name of a plot to write must end in .gs, .yaml, .svg or .png");
+}
+
 TEST_F(HostRefusal, OfABlockThatIsNone) {
     for (const char* const block : {"0", "-1", "65537", "many"}) {
         const sPROGRAM_RUN run = Host(Arguments("in.wav", "out.wav", {"--block", block}));

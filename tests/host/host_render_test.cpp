@@ -14,6 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 class HostRender : public HostTest {
   protected:
@@ -201,6 +202,21 @@ TEST_F(HostRender, TheTableSaysWhatEachEventDid) {
     EXPECT_THAT(
         table,
         HasSubstr(" 0.6       0.6000     2  set Input Gain to -6.5  nothing changed                 clean\n"));
+}
+
+TEST_F(HostRender, DrawsOnePlotInEveryForm) {
+    WriteSine("in.wav", 1.0);
+    Render("out.wav",
+           {"--plot", Path("p.gs"), "--plot", Path("p.yaml"), "--plot", Path("p.svg"), "--plot", Path("p.png")});
+    EXPECT_THAT(ReadBytes(Path("p.png")), StartsWith("\x89PNG\r\n"));
+    for (const char* const form : {"p.yaml", "p.svg"}) {
+        EXPECT_THAT(ReadBytes(Path(form)), HasSubstr("in.wav through Channel Strip"));
+        EXPECT_THAT(ReadBytes(Path(form)), HasSubstr("time in seconds"));
+    }
+    // What korvo-stream makes of the stream is what was written beside it.
+    const sPROGRAM_RUN dump = RunProgram({KORVO_TEST_STREAM, "dump", Path("p.gs")});
+    EXPECT_EQ(dump.out, ReadBytes(Path("p.yaml")));
+    EXPECT_EQ(RunProgram({KORVO_TEST_STREAM, "svg", Path("p.gs")}).out, ReadBytes(Path("p.svg")));
 }
 
 TEST_F(HostRender, ShowsProgressOnATerminalAlone) {
