@@ -48,6 +48,8 @@ int32_t KCProcessMemoryPool::Init(const sPROCESS_MEMORY_SIZE& size) noexcept {
         return kErr_AllocationFailed;
     const size_t payload = (size.blockBytes + kPayloadAlignment - 1) / kPayloadAlignment * kPayloadAlignment;
     const size_t stride = sizeof(BUFFER_HEADER) + payload;
+    if (size.numBlocks > std::numeric_limits<size_t>::max() / stride)
+        return kErr_AllocationFailed;
     auto* const memory = static_cast<std::byte*>(
         ::operator new[](stride* size.numBlocks, std::align_val_t{kPayloadAlignment}, std::nothrow));
     if (memory == nullptr)

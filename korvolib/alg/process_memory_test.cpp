@@ -97,6 +97,7 @@ TEST(ProcessMemoryPool, MoreThanThereIsMemoryForIsAnError) {
     KCProcessMemoryPool pool;
     EXPECT_EQ(pool.Init({SIZE_MAX, 8, 1}), kErr_AllocationFailed);
     EXPECT_EQ(pool.Init({1, SIZE_MAX, 1}), kErr_AllocationFailed);
+    EXPECT_EQ(pool.Init({UINT32_MAX - 30, UINT32_MAX, 1}), kErr_AllocationFailed); // a product beyond 2^64
     EXPECT_EQ(pool.Take(0, 1), nullptr);
 }
 
