@@ -124,6 +124,14 @@ TEST_F(ParamsTest, ValueTextSetByHandStandsUntilTheValueChanges) {
     EXPECT_EQ(ValueText(0), "0.0");
 }
 
+TEST_F(ParamsTest, ValueTextSetByHandGoesWhenTheSetupIsCopiedOver) {
+    algorithm.UpdateParamRequestState(0, 600.0);
+    algorithm.SetActiveSetup(kPluginSetup_B);
+    algorithm.SetParamValueString(0, KCFixedString<127>("unity"));
+    algorithm.CopySetup(kPluginSetup_A, kPluginSetup_B);
+    EXPECT_EQ(ValueText(0), "2.0");
+}
+
 TEST_F(ParamsTest, TypedTextBecomesAValueOfTheScale) {
     double value = 0.0;
     EXPECT_EQ(Translate("3.14 dB", value), 1);

@@ -22,6 +22,7 @@ void KCParam_Base::CopySetup(EPluginSetup from, EPluginSetup to) noexcept {
     m_state[to] = m_state[from];
     m_realWorld[to] = m_realWorld[from];
     m_setupWord[to] = m_setupWord[from];
+    m_isValueStringCurrent = false;
 }
 
 void KCParam_Base::SetScaleEnds(double min, double max, double quantize, double slope, const char* scaleType) {
