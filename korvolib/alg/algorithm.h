@@ -12,7 +12,8 @@
 // Thread: [main] for everything: whoever holds the algorithm's lock. Whoever enters from outside (window event,
 // host value, MIDI, worker) takes LockAlg first and gives it back when its chain has been executed. The hooks,
 // the listeners and the host callback run with the lock held. The lock may be taken again by its holder.
-// An exception thrown by a hook passes to the caller unchanged, with the lock released; the library adds none.
+// An exception thrown by a hook or listener passes to the caller unchanged, with the lock released and the blocks
+// made so far given back (a whole update is asked for in their place); the library adds none.
 //
 // An unknown parameter index: getters give 0, empty text or false, setters do nothing, updates return null.
 #pragma once
@@ -322,6 +323,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
   private:
     struct sRest;
     struct sChain;
+    struct sRestored;
 
     bool IsUpdateParamAlwayesRequired(size_t index) const;
     double GetParamNextState(const sCONTROL_PARAM* param, double state, double offset) const;

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -26,16 +27,35 @@ struct cALGORITHM::sRest {
     KCFixedString<127> setupTitles[2];
 };
 
-// A chain that grows at its end, in constant time for each block.
+// The chain that an operation gathers: it grows at its end, in constant time for each block. When an exception ends
+// the operation first, its blocks go back, and a whole update makes good what nobody will execute now.
 struct cALGORITHM::sChain {
-    BUFFER_HEADER* first = nullptr;
-    BUFFER_HEADER** end = &first;
+    explicit sChain(cALGORITHM& owner, BUFFER_HEADER* blocks = nullptr) : algorithm(owner), first(blocks) {}
+    ~sChain() {
+        if (first == nullptr)
+            return;
+        KPAPI_PROCESS_MEMORY::GiveBackChain(first);
+        algorithm.SetUpdateAlgRequired();
+    }
+    sChain(const sChain&) = delete;
+    sChain& operator=(const sChain&) = delete;
 
     void Append(BUFFER_HEADER* blocks) {
-        *end = blocks;
         while (*end != nullptr)
             end = &(*end)->next;
+        *end = blocks;
     }
+    BUFFER_HEADER* Release() { return std::exchange(first, nullptr); } // the last call
+
+    cALGORITHM& algorithm;
+    BUFFER_HEADER* first;
+    BUFFER_HEADER** end = &first;
+};
+
+// What there is to tell of values that have been replaced.
+struct cALGORITHM::sRestored {
+    bool isSwitch = false;
+    bool isModified = false;
 };
 
 inline constexpr uint32_t kParamFlags_AlwaysUpdate = kParamFlag_AlwaysUpdateSilently | kParamFlag_AlwaysUpdate;

@@ -134,7 +134,7 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isMo
         for (uint8_t& due : m_rest->due)
             if ((due & kDue_Switch) != 0)
                 due = kDue_Hook | kDue_Notification;
-    sChain chain;
+    sChain chain(*this);
     for (size_t index = 0; FindDue(m_rest->due, kDue_Hook, index); ++index) {
         m_rest->due[index] &= static_cast<uint8_t>(~kDue_Hook);
         chain.Append(ApplyParamSelf(index));
@@ -147,7 +147,7 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isMo
         m_rest->due[index] &= static_cast<uint8_t>(~kDue_Notification);
         NotifyParamValue(index);
     }
-    return chain.first;
+    return chain.Release();
 }
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::SetActiveSetup(EPluginSetup setup) {

@@ -49,13 +49,13 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamState(size_t index, double sta
         param.SetRefreshMark(kRefreshMark);
         return nullptr;
     }
-    BUFFER_HEADER* const result = ApplyParamSelf(index);
+    sChain result(*this, ApplyParamSelf(index));
     const bool isUnlikeComparison =
         (flags & kParamFlag_CompareForModified) != 0 && param.GetComparisonValue() != newRealWorld;
     ReportPresetModified(param, oldRealWorld != newRealWorld || isUnlikeComparison);
     if (notify)
         NotifyParamValue(index);
-    return result;
+    return result.Release();
 }
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamRealWorld(size_t index, double realWorld) {
@@ -71,9 +71,9 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamRealWorld(size_t index, double
     if (param.HasFlag(kParamFlag_BothSetups))
         StoreRealWorld(param, OtherPluginSetup(m_activeSetup), realWorld);
     param.UpdateControllers(index);
-    BUFFER_HEADER* const result = ApplyParamSelf(index);
+    sChain result(*this, ApplyParamSelf(index));
     ReportPresetModified(param, hasChanged);
-    return result;
+    return result.Release();
 }
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamRequestRealWorld(size_t index, double realWorld) {
@@ -83,10 +83,10 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamRequestRealWorld(size_t index,
     if (index < m_params.size())
         m_params[index].LimitRealWorld(realWorld);
     const bool hasChanged = GetParamRealWorld(index) != realWorld;
-    BUFFER_HEADER* const result = UpdateParamRealWorld(index, realWorld);
+    sChain result(*this, UpdateParamRealWorld(index, realWorld));
     if (hasChanged && index < m_params.size())
         NotifyParamValue(index);
-    return result;
+    return result.Release();
 }
 
 void cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation(size_t index, double realWorld, EPluginSetup setup) {

@@ -370,4 +370,22 @@ TEST_F(UpdateTest, AgreesWithThePlainRuleOverRandomUpdates) {
     }
 }
 
+// An exception on the way gives the blocks back that were made so far; the next idle call sends everything.
+TEST_F(UpdateTest, ThrowingListenerLosesNoBlock) {
+    struct Throwing : RecordingAlgorithm {
+        using RecordingAlgorithm::RecordingAlgorithm;
+        void NotifyParamValue(size_t) override { throw std::runtime_error("listener"); }
+    } algorithm({LinearParam("Gain"), LinearParam("Trim")});
+    algorithm.FinishCreate();
+    algorithm.givesBlocks = true;
+    const KCProcessMemoryPool& pool = algorithm.GetProcessMemoryPool();
+    const sPARAM_VALUES values[2] = {{{9.0, 9.0}, {0.09, 0.09}}, {{9.0, 9.0}, {0.09, 0.09}}};
+    EXPECT_THROW(algorithm.UpdateParamRequestState(0, 500.0), std::runtime_error);
+    EXPECT_TRUE(algorithm.IsUpdateAlgRequired());
+    EXPECT_THROW(algorithm.UpdateParamRequestRealWorld(0, 7.0), std::runtime_error);
+    EXPECT_THROW(algorithm.UpdateParamByGesture(0, 100.0), std::runtime_error);
+    EXPECT_THROW(algorithm.RestoreParams(nullptr, values, 2, kPluginSetup_A), std::runtime_error);
+    EXPECT_EQ(pool.GetNumFree(), pool.GetSize().numBlocks);
+}
+
 } // namespace

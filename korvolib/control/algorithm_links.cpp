@@ -55,31 +55,32 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamByGesture(size_t index, double
     if (m_linkGroups == nullptr)
         return UpdateParamRequestState(index, state);
     m_linkGroups->StoreLastValues(index);
+    const EPluginSetup setup = m_activeSetup;
     const double oldState = GetParamState(index);
-    BUFFER_HEADER* chain = UpdateParamRequestState(index, state);
-    if (GetParamState(index) == oldState)
-        return chain;
-    return ChainBufs(chain, CollectLinkChain([&] {
-                         m_linkGroups->LinkParams(index, true);
-                         m_linkGroups->CorrectParamModifications(index);
-                     }));
+    sChain chain(*this, UpdateParamRequestState(index, state));
+    // A hook that switched setups has ended the gesture: the other setup's values know nothing of it.
+    if (m_activeSetup == setup && GetParamState(index) != oldState)
+        chain.Append(CollectLinkChain([&] {
+            m_linkGroups->LinkParams(index, true);
+            m_linkGroups->CorrectParamModifications(index);
+        }));
+    return chain.Release();
 }
 
 // Runs `links`; the blocks of all parameters that it moved, as one chain. A pass inside a pass has a chain of its
 // own.
 template <class Links>
 cALGORITHM::BUFFER_HEADER* cALGORITHM::CollectLinkChain(Links links) {
-    sChain chain;
+    sChain chain(*this);
     sChain* const outer = std::exchange(m_linkChain, &chain);
     try {
         links();
     } catch (...) {
         m_linkChain = outer;
-        DisposeBuffer(chain.first);
         throw;
     }
     m_linkChain = outer;
-    return chain.first;
+    return chain.Release();
 }
 
 void cALGORITHM::OnLinkedParamValueModified(size_t index, double oldRealWorld) {
