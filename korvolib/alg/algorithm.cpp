@@ -180,14 +180,20 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::InitAlg(bool execute) {
 cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateAlg() {
     ++m_updateAlgCount;
     const KCAlgorithmLock lock(*this);
-    BUFFER_HEADER* chain = ApplyAlgSelf();
+    const uint64_t refusedBefore = m_pool.GetNumRefused();
+    sChain chain(*this, ApplyAlgSelf());
     ChangeSideChainActive(m_isSideChainActive);
     if (m_linkGroups != nullptr)
         m_linkGroups->AtUpdateAlg();
     m_updateAlgRequired[0] = m_updateAlgRequired[1] = false;
-    for (const auto& [name, part] : m_rest->parts)
-        chain = ChainBufs(chain, part->UpdateAlg());
-    return chain;
+    for (auto next = m_rest->parts.begin(); next != m_rest->parts.end();) {
+        const KCFixedString<1023> name = next->first; // the part may leave, and take others with it
+        chain.Append(next->second->UpdateAlg());
+        next = m_rest->parts.upper_bound(name);
+    }
+    if (m_pool.GetNumRefused() != refusedBefore)
+        SetUpdateAlgRequired(); // what lacked a block has not been sent
+    return chain.Release();
 }
 
 void cALGORITHM::SetUpdateAlgRequired() { m_updateAlgRequired[0] = m_updateAlgRequired[1] = true; }

@@ -18,6 +18,7 @@
 // An unknown parameter index: getters give 0, empty text or false, setters do nothing, updates return null.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -115,7 +116,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     BUFFER_HEADER* UpdateAlg();
     void SetUpdateAlgRequired();
     bool IsUpdateAlgRequired() const;
-    uint64_t GetUpdateAlgCount() const { return m_updateAlgCount; }
+    uint64_t GetUpdateAlgCount() const { return m_updateAlgCount.load(std::memory_order_relaxed); }
 
     // From the shell's idle timer: a whole update, if one is required, executed and disposed.
     void DoIdle();
@@ -352,9 +353,10 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     mutable kvThread::ThreadMutexInited m_processMutex;
     EPluginSetup m_activeSetup = kPluginSetup_A;
     bool m_isSideChainActive = false;
-    // The first for DoIdle, the second for a shell that looks by itself; UpdateAlg clears both.
-    bool m_updateAlgRequired[2] = {false, false};
-    uint64_t m_updateAlgCount = 0;
+    // The first for DoIdle, the second for a shell that looks by itself; UpdateAlg clears both. Written and counted
+    // also by those who do not hold the lock.
+    std::atomic<bool> m_updateAlgRequired[2] = {false, false};
+    std::atomic<uint64_t> m_updateAlgCount{0};
     KCAlgorithmBroadcaster m_broadcaster;
     std::unique_ptr<KCLinkGroups> m_linkGroups;
     sChain* m_linkChain = nullptr; // gathers what linked parameters produce

@@ -274,6 +274,55 @@ TEST_F(HostTest, ExhaustedPoolIsMadeGoodByTheNextIdleCall) {
     EXPECT_THAT(algorithm.log, IsEmpty());
 }
 
+TEST_F(HostTest, WholeUpdateThatLacksABlockIsAskedForAgain) {
+    std::vector<KPAPI_PROCESS_MEMORY::BUFFER_HEADER*> taken;
+    while (auto* block = algorithm.TakeBuffer(0, 8))
+        taken.push_back(block);
+    algorithm.DoIdle();
+    EXPECT_TRUE(algorithm.IsUpdateAlgRequired());
+    for (auto* block : taken)
+        KPAPI_PROCESS_MEMORY::GiveBackChain(block);
+    algorithm.DoIdle();
+    EXPECT_THAT(calls, ElementsAre("0: 1", "4: 1"));
+    EXPECT_FALSE(algorithm.IsUpdateAlgRequired());
+}
+
+TEST_F(HostTest, PartsMayLeaveDuringAWholeUpdate) {
+    struct Part : KCAlgorithmPart {
+        std::function<void()> leave;
+        int updates = 0;
+        KPAPI_PROCESS_MEMORY::BUFFER_HEADER* UpdateAlg() override {
+            ++updates;
+            leave();
+            return nullptr;
+        }
+    } parts[3];
+    const KCFixedString<1023> names[3] = {"a", "b", "c"};
+    for (int i = 0; i < 3; ++i) {
+        algorithm.RegisterPart(names[i], &parts[i]);
+        parts[i].leave = [] {};
+    }
+    parts[0].leave = [&] {
+        algorithm.UnregisterPart(names[0]);
+        algorithm.UnregisterPart(names[1]);
+    };
+    auto* chain = algorithm.UpdateAlg();
+    algorithm.ExecuteAndDisposeBuffer(chain);
+    EXPECT_EQ(parts[0].updates, 1);
+    EXPECT_EQ(parts[1].updates, 0);
+    EXPECT_EQ(parts[2].updates, 1);
+}
+
+TEST_F(HostTest, ThrowingPartLosesNoBlock) {
+    struct Part : KCAlgorithmPart {
+        KPAPI_PROCESS_MEMORY::BUFFER_HEADER* UpdateAlg() override { throw std::runtime_error("part"); }
+    } part;
+    algorithm.RegisterPart(KCFixedString<1023>("part"), &part);
+    EXPECT_THROW(algorithm.UpdateAlg(), std::runtime_error);
+    EXPECT_EQ(BlocksUnderWay(), 0u);
+    EXPECT_TRUE(algorithm.IsUpdateAlgRequired());
+}
+
 TEST_F(HostTest, SideChainIsToldOnlyWhenItChanges) {
     algorithm.ChangeSideChainActive(true);
     algorithm.ChangeSideChainActive(true);
