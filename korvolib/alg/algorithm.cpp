@@ -28,8 +28,8 @@ size_t cALGORITHM::AddParam(const sCONTROL_PARAM& param) {
     if (m_rest->isPrepared)
         return kNoParam;
     try {
+        m_rest->due.resize(m_params.size() + 1); // first, so that no parameter is ever without
         m_params.push_back(param);
-        m_rest->due.resize(m_params.size());
     } catch (const std::bad_alloc&) {
         return kNoParam;
     }

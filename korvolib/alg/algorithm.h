@@ -160,7 +160,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     BUFFER_HEADER* TakeBuffer(uint32_t target, size_t bytes);
     const KCProcessMemoryPool& GetProcessMemoryPool() const { return m_pool; }
 
-    // ---- Setups --------------------------------------------------------------------------------------------
+    // ---- Setups: kPluginSetup_Active means the active one everywhere ------------------------------------------
 
     EPluginSetup GetActiveSetup() const { return m_activeSetup; }
     // Hooks of every parameter whose value differs, ActiveSetupChanged, notifications; one chain.
@@ -336,10 +336,15 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     int32_t CollectParamsNotSavedToUndo();
     void DisposeBuffer(BUFFER_HEADER*& chain);
 
+    EPluginSetup Resolve(EPluginSetup setup) const { return setup == kPluginSetup_Active ? m_activeSetup : setup; }
+    sRestored WriteRestored(const size_t* indexes, const sPARAM_VALUES* values, size_t count,
+                            EPluginSetup activeSetup);
     bool RestoreParam(size_t index, const sPARAM_VALUES& values, EPluginSetup newActive);
     bool CopySetupOfParam(size_t index, EPluginSetup from, EPluginSetup to);
     void OweDifferencesBetweenSetups();
-    BUFFER_HEADER* AnnounceRestored(bool isSwitch, bool isModified);
+    void ShowActiveSetup();
+    void LimitLoadedRealWorlds();
+    BUFFER_HEADER* AnnounceRestored(const sRestored& restored);
 
     void RestoreState(const KCXMLElement& root);
     int32_t DescribeLinkGroups();

@@ -86,23 +86,30 @@ size_t cALGORITHM::CaptureParams(size_t first, sPARAM_VALUES* values, size_t cou
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::RestoreParams(const size_t* indexes, const sPARAM_VALUES* values,
                                                      size_t count, EPluginSetup activeSetup) {
+    const KCAlgorithmLock lock(*this);
+    return AnnounceRestored(WriteRestored(indexes, values, count, activeSetup));
+}
+
+cALGORITHM::sRestored cALGORITHM::WriteRestored(const size_t* indexes, const sPARAM_VALUES* values, size_t count,
+                                                EPluginSetup activeSetup) {
     if (values == nullptr)
         count = 0;
-    const KCAlgorithmLock lock(*this);
     const EPluginSetup newActive = IsPluginSetup(activeSetup) ? activeSetup : m_activeSetup;
-    const bool isSwitch = newActive != m_activeSetup;
-    if (isSwitch)
+    sRestored restored;
+    restored.isSwitch = newActive != m_activeSetup;
+    if (restored.isSwitch)
         OweDifferencesBetweenSetups();
-    bool isModified = false;
     for (size_t i = 0; i < count; ++i) {
         const size_t index = indexes != nullptr ? indexes[i] : i;
-        if (index >= m_params.size() || (!isSwitch && IsUntouched(m_params[index], values[i])))
+        if (index >= m_params.size() || (!restored.isSwitch && IsUntouched(m_params[index], values[i])))
             continue;
         if (IsRestorable(m_params[index], values[i]))
-            isModified |= RestoreParam(index, values[i], newActive);
+            restored.isModified |= RestoreParam(index, values[i], newActive);
     }
     m_activeSetup = newActive;
-    return AnnounceRestored(isSwitch, isModified);
+    if (restored.isSwitch)
+        ShowActiveSetup();
+    return restored;
 }
 
 // True when the preset differs afterwards.
@@ -128,9 +135,31 @@ void cALGORITHM::OweDifferencesBetweenSetups() {
     }
 }
 
+// A switch changes what every parameter shows, also of those whose values were not restored.
+void cALGORITHM::ShowActiveSetup() {
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        m_params[index].InvalidateValueString();
+        m_params[index].UpdateControllers(index);
+    }
+    RefreshAllParams();
+}
+
+// Between writing and announcing, so that the plug-in's processing never hears a value which its own hook takes
+// back.
+void cALGORITHM::LimitLoadedRealWorlds() {
+    for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B}) {
+        for (size_t index = 0; index < m_params.size(); ++index) {
+            const double loaded = m_params[index].GetRealWorld(m_activeSetup);
+            LimitLoadedRealWorld(index, setup);
+            if (HasVisiblyChanged(loaded, m_params[index].GetRealWorld(m_activeSetup)))
+                m_rest->due[index] |= kDue_Hook | kDue_Notification;
+        }
+    }
+}
+
 // Hooks, then the listeners, then automation; the hooks' blocks as one chain.
-cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isModified) {
-    if (isSwitch)
+cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(const sRestored& restored) {
+    if (restored.isSwitch)
         for (uint8_t& due : m_rest->due)
             if ((due & kDue_Switch) != 0)
                 due = kDue_Hook | kDue_Notification;
@@ -139,9 +168,9 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::AnnounceRestored(bool isSwitch, bool isMo
         m_rest->due[index] &= static_cast<uint8_t>(~kDue_Hook);
         chain.Append(ApplyParamSelf(index));
     }
-    if (isSwitch)
+    if (restored.isSwitch)
         Broadcaster()->ActiveSetupChanged(m_activeSetup);
-    if (isModified)
+    if (restored.isModified)
         Broadcaster()->PresetModified(m_activeSetup);
     for (size_t index = 0; FindDue(m_rest->due, kDue_Notification, index); ++index) {
         m_rest->due[index] &= static_cast<uint8_t>(~kDue_Notification);
@@ -158,23 +187,21 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::SetActiveSetup(EPluginSetup setup) {
     if (m_linkGroups != nullptr)
         m_linkGroups->CopyLastValuesToOtherSetup();
     m_activeSetup = setup;
-    for (size_t index = 0; index < m_params.size(); ++index) {
-        m_params[index].InvalidateValueString();
-        m_params[index].UpdateControllers(index);
-    }
-    RefreshAllParams();
-    return AnnounceRestored(true, false);
+    ShowActiveSetup();
+    return AnnounceRestored({.isSwitch = true});
 }
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::CopySetup(EPluginSetup from, EPluginSetup to) {
     const KCAlgorithmLock lock(*this);
+    from = Resolve(from);
+    to = Resolve(to);
     if (!IsPluginSetup(from) || !IsPluginSetup(to) || from == to)
         return nullptr;
     bool isModified = false;
     for (size_t index = 0; index < m_params.size(); ++index)
         isModified |= CopySetupOfParam(index, from, to);
     if (to == m_activeSetup)
-        return AnnounceRestored(false, isModified);
+        return AnnounceRestored({.isModified = isModified});
     if (isModified)
         Broadcaster()->PresetModified(to);
     return nullptr;
@@ -212,6 +239,7 @@ int32_t cALGORITHM::SetupStringToSetup(const KCFixedStringBase& text, EPluginSet
 
 void cALGORITHM::SetSetupTitle(EPluginSetup setup, const KCFixedStringBase& title) {
     const KCAlgorithmLock lock(*this);
+    setup = Resolve(setup);
     if (!IsPluginSetup(setup) || m_rest->setupTitles[setup].compare(title) == 0)
         return;
     m_rest->setupTitles[setup] = title;
@@ -220,6 +248,7 @@ void cALGORITHM::SetSetupTitle(EPluginSetup setup, const KCFixedStringBase& titl
 
 const KCFixedString<127>& cALGORITHM::GetSetupTitle(EPluginSetup setup) const {
     static const KCFixedString<127> kNone;
+    setup = Resolve(setup);
     return IsPluginSetup(setup) ? m_rest->setupTitles[setup] : kNone;
 }
 

@@ -196,4 +196,68 @@ TEST_F(SetupsTest, TitleIsToldWhenItChanges) {
     EXPECT_TRUE(algorithm.GetSetupTitle(static_cast<EPluginSetup>(9)).empty());
 }
 
+TEST_F(SetupsTest, ActiveStandsForTheActiveSetup) {
+    algorithm.SetSetupTitle(kPluginSetup_Active, KCFixedString<127>("Warm"));
+    EXPECT_STREQ(algorithm.GetSetupTitle(kPluginSetup_A).c_str(), "Warm");
+    EXPECT_STREQ(algorithm.GetSetupTitle(kPluginSetup_Active).c_str(), "Warm");
+    algorithm.UpdateParamRequestState(0, 500.0);
+    algorithm.CopySetup(kPluginSetup_Active, kPluginSetup_B);
+    EXPECT_EQ(State(0, kPluginSetup_B), 500.0);
+    algorithm.TakeLog();
+    EXPECT_EQ(algorithm.CopySetup(kPluginSetup_Active, kPluginSetup_A), nullptr);
+    EXPECT_THAT(algorithm.log, IsEmpty());
+}
+
+TEST_F(SetupsTest, HostValueReachesTheActiveSetupByItsNumber) {
+    algorithm.SetActiveSetup(kPluginSetup_B);
+    algorithm.SetRealWorldAndUpdateAndNotifyAutomation(0, 5.0, kPluginSetup_Active);
+    EXPECT_EQ(State(0, kPluginSetup_B), 500.0);
+    EXPECT_EQ(State(0, kPluginSetup_A), 0.0);
+}
+
+TEST(Setups, SwitchCopyAndRestoreNeedNoFinishedAlgorithm) {
+    RecordingAlgorithm algorithm({LinearParam("Gain"), LinearParam("Trim")});
+    algorithm.UpdateParamRequestState(1, 500.0);
+    algorithm.TakeLog();
+    algorithm.SetActiveSetup(kPluginSetup_B);
+    EXPECT_THAT(algorithm.TakeLog(), testing::Contains("apply 1"));
+    algorithm.CopySetup(kPluginSetup_A, kPluginSetup_B);
+    EXPECT_EQ(algorithm.GetParamState(1), 500.0);
+    sPARAM_VALUES values[2];
+    algorithm.RestoreParams(nullptr, values, 2, kPluginSetup_A);
+    EXPECT_EQ(algorithm.GetParamState(1), 0.0);
+    algorithm.UpdateParamByGesture(0, 100.0);
+    algorithm.OnLinkedParamValueModified(1, 5.0);
+    EXPECT_EQ(algorithm.GetParamState(0), 100.0);
+}
+
+TEST_F(SetupsTest, RestoreThatSwitchesShowsEveryParameterAnew) {
+    algorithm.SetParamValueString(1, KCFixedString<127>("unity"));
+    sPARAM_VALUES values[1];
+    algorithm.RestoreParams(nullptr, values, 1, kPluginSetup_B);
+    KCFixedString<127> text;
+    algorithm.GetParamValueString(1, text);
+    EXPECT_STREQ(text.c_str(), "0.00");
+    EXPECT_EQ(algorithm.GetParam(1)->GetRefreshMark(), 3);
+}
+
+TEST_F(SetupsTest, RestoreWithAnExhaustedPoolIsMadeGoodByTheNextIdleCall) {
+    algorithm.givesBlocks = true;
+    std::vector<KPAPI_PROCESS_MEMORY::BUFFER_HEADER*> taken;
+    while (algorithm.GetProcessMemoryPool().GetNumFree() > 1)
+        taken.push_back(algorithm.TakeBuffer(0, 8));
+    const sPARAM_VALUES values[2] = {{{100.0, 0.0}, {1.0, 0.0}}, {{100.0, 0.0}, {1.0, 0.0}}};
+    auto* chain = algorithm.RestoreParams(nullptr, values, 2, kPluginSetup_A);
+    ASSERT_NE(chain, nullptr);
+    EXPECT_EQ(chain->next, nullptr);
+    EXPECT_EQ(algorithm.GetParamState(1), 100.0);
+    EXPECT_TRUE(algorithm.IsUpdateAlgRequired());
+    algorithm.ExecuteAndDisposeBuffer(chain);
+    for (auto* block : taken)
+        KPAPI_PROCESS_MEMORY::GiveBackChain(block);
+    algorithm.TakeLog();
+    algorithm.DoIdle();
+    EXPECT_THAT(algorithm.log, ElementsAre("apply all"));
+}
+
 } // namespace

@@ -90,8 +90,8 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamRequestRealWorld(size_t index,
 }
 
 void cALGORITHM::SetRealWorldAndUpdateAndNotifyAutomation(size_t index, double realWorld, EPluginSetup setup) {
-    if (!std::isfinite(realWorld) || index >= m_params.size() ||
-        (setup != kPluginSetup_A && setup != kPluginSetup_B))
+    setup = Resolve(setup);
+    if (!std::isfinite(realWorld) || index >= m_params.size() || !IsPluginSetup(setup))
         return;
     sCONTROL_PARAM& param = m_params[index];
     StoreRealWorld(param, setup, realWorld);

@@ -103,7 +103,7 @@ void cALGORITHM::OnLinkedParamValueModified(size_t index, double oldRealWorld) {
     else
         ExecuteAndDisposeBuffer(blocks); // moved outside a gesture: nobody else would send it
     ReportPresetModified(param, oldRealWorld != newRealWorld);
-    if (m_linkGroups->GetNotifyOnLinkedParams())
+    if (m_linkGroups == nullptr || m_linkGroups->GetNotifyOnLinkedParams())
         NotifyParamValue(index);
 }
 
