@@ -17,6 +17,7 @@
 #include <korvolib/utilities/four_cc.h>
 #include <korvolib/utilities/mem_obj.h>
 #include <korvolib/utilities/xml/xml_element.h>
+#include <korvolib/utilities/xml/xml_text_internal.h>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -35,19 +36,47 @@ KCFixedString<15> SetupText(EPluginSetup setup) {
     return text;
 }
 
+// A name or title without the bytes that XML cannot carry: a control character, a character that was cut where the
+// fixed string ends. One odd name must not keep a whole session from being saved.
+KCFixedString<127> Writable(const KCFixedStringBase& text) {
+    constexpr size_t kLongestCharacter = 4;
+    std::string_view rest(text.c_str());
+    KCFixedString<127> writable;
+    while (!rest.empty()) {
+        size_t length = 1;
+        while (length < kLongestCharacter && !IsXMLText(rest.substr(0, length)))
+            ++length;
+        const std::string_view character = rest.substr(0, length);
+        const bool isCharacter = IsXMLText(character);
+        if (isCharacter)
+            writable.append(character.data(), character.size());
+        rest.remove_prefix(isCharacter ? character.size() : 1);
+    }
+    return writable;
+}
+
 bool WriteParam(KCXMLElement& parent, const sCONTROL_PARAM& param, EPluginSetup setup) {
     KCXMLElement* const element = parent.AddChild("Param");
-    return element != nullptr && element->SetAttribute("Name", param.GetName().c_str()) == kErr_NoErr &&
+    return element != nullptr && element->SetAttribute("Name", Writable(param.GetName()).c_str()) == kErr_NoErr &&
            element->SetAttribute("State", param.GetState(setup)) == kErr_NoErr &&
            element->SetAttribute("RealWorld", param.GetRealWorld(setup)) == kErr_NoErr &&
            element->SetAttribute("Word", param.GetSetupWord(setup)) == kErr_NoErr;
 }
 
+// The parameter in the same place if it has that name, so that equal names stay apart; else the first of that name.
+size_t IndexOfEntry(const KCXMLElement& entry, size_t place, const cALGORITHM& algorithm) {
+    const char* const name = entry.GetAttribute("Name");
+    const sCONTROL_PARAM* const param = algorithm.GetParam(place);
+    const bool isSamePlace = name != nullptr && param != nullptr && Writable(param->GetName()) == name;
+    return isSamePlace ? place : algorithm.GetParamIDFromName(name);
+}
+
 // What a chunk says of one setup: the values of the parameters it names, and the setup's title.
 void ReadSetup(const KCXMLElement& element, EPluginSetup setup, const cALGORITHM& algorithm,
                std::vector<sPARAM_VALUES>& values, std::vector<int32_t>& words) {
+    size_t place = 0;
     for (const KCXMLElement& entry : element.Children("Param")) {
-        const size_t index = algorithm.GetParamIDFromName(entry.GetAttribute("Name"));
+        const size_t index = IndexOfEntry(entry, place++, algorithm);
         double state = 0.0;
         double realWorld = 0.0;
         if (index >= values.size() || entry.ReadAttribute("State", state) != KEXMLValue::Found ||
@@ -94,7 +123,7 @@ int32_t cALGORITHM::PreparePresetChunk(KCStMemObj& out, int32_t, int32_t) {
         KCXMLElement* const element = root.AddChild("Setup");
         isWritten = isWritten && element != nullptr &&
                     element->SetAttribute("Name", SetupText(setup).c_str()) == kErr_NoErr &&
-                    element->SetAttribute("Title", GetSetupTitle(setup).c_str()) == kErr_NoErr;
+                    element->SetAttribute("Title", Writable(GetSetupTitle(setup)).c_str()) == kErr_NoErr;
         for (size_t index = 0; isWritten && index < m_params.size(); ++index)
             isWritten = WriteParam(*element, m_params[index], setup);
     }
@@ -143,12 +172,12 @@ void cALGORITHM::RestoreState(const KCXMLElement& root) {
             m_params[index].SetSetupWord(setup, words[index]);
         SetSetupTitle(setup, KCFixedString<127>(element.GetAttribute("Title", "")));
     }
-    BUFFER_HEADER* chain = RestoreParams(nullptr, values.data(), values.size(), active);
-    for (const EPluginSetup setup : kBothSetups)
-        for (size_t index = 0; index < m_params.size(); ++index)
-            LimitLoadedRealWorld(index, setup);
+    const sRestored restored = WriteRestored(nullptr, values.data(), values.size(), active);
+    LimitLoadedRealWorlds();
+    sChain chain(*this, AnnounceRestored(restored));
     Broadcaster()->PresetLoaded(m_activeSetup);
-    ExecuteAndDisposeBuffer(chain);
+    BUFFER_HEADER* blocks = chain.Release();
+    ExecuteAndDisposeBuffer(blocks);
 }
 
 } // namespace kvKorvoV12_9_0_320

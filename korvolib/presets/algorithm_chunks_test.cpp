@@ -164,4 +164,67 @@ TEST_F(ChunksTest, WhatIsNoStateChangesNothing) {
     EXPECT_EQ(algorithm.GetParamState(0), 500.0);
 }
 
+TEST_F(ChunksTest, ParametersOfOneNameEachFindTheirValue) {
+    RecordingAlgorithm twins({LinearParam("Same"), LinearParam("Same"), LinearParam("")});
+    twins.FinishCreate();
+    for (size_t index = 0; index < 3; ++index)
+        twins.UpdateParamRequestState(index, 100.0 * static_cast<double>(index + 1));
+    KCStMemObj out;
+    ASSERT_EQ(twins.GetChunk(kXPst, out, 0), 0);
+    for (size_t index = 0; index < 3; ++index)
+        twins.UpdateParamRequestState(index, 0.0);
+    EXPECT_EQ(twins.SetChunk(kXPst, out.GetText().data(), out.GetText().size()), 0);
+    EXPECT_EQ(twins.GetParamState(0), 100.0);
+    EXPECT_EQ(twins.GetParamState(1), 200.0);
+    EXPECT_EQ(twins.GetParamState(2), 300.0);
+}
+
+// A text that was cut in the middle of a character, and one with a control character.
+TEST_F(ChunksTest, TextsThatXMLCannotCarryDoNotKeepAStateFromBeingSaved) {
+    RecordingAlgorithm odd({LinearParam("Gain \xC3"), LinearParam("\x01\x02")});
+    odd.FinishCreate();
+    odd.UpdateParamRequestState(0, 100.0);
+    odd.UpdateParamRequestState(1, 200.0);
+    odd.SetSetupTitle(kPluginSetup_A, KCFixedString<127>("W\xC3\xA4rm \xE2\x82"));
+    KCStMemObj out;
+    ASSERT_EQ(odd.GetChunk(kXPst, out, 0), 0);
+    odd.UpdateParamRequestState(0, 0.0);
+    odd.UpdateParamRequestState(1, 0.0);
+    EXPECT_EQ(odd.SetChunk(kXPst, out.GetText().data(), out.GetText().size()), 0);
+    EXPECT_EQ(odd.GetParamState(0), 100.0);
+    EXPECT_EQ(odd.GetParamState(1), 200.0);
+    EXPECT_STREQ(odd.GetSetupTitle(kPluginSetup_A).c_str(), "W\xC3\xA4rm ");
+}
+
+TEST_F(ChunksTest, ValueThatTheLimitingHookTakesBackIsNeverApplied) {
+    struct Limiting : RecordingAlgorithm {
+        using RecordingAlgorithm::RecordingAlgorithm;
+        void LimitLoadedRealWorld(size_t index, EPluginSetup setup) override {
+            GetParam(index)->SetRealWorld(setup, std::min(GetParam(index)->GetRealWorld(setup), 6.0));
+        }
+    } limiting({LinearParam("Gain"), LinearParam("Trim")});
+    limiting.FinishCreate();
+    limiting.UpdateParamRequestState(1, 900.0);
+    std::vector<double> applied;
+    limiting.onApply = [&](size_t index) { applied.push_back(limiting.GetParamRealWorld(index)); };
+    const std::string text = "<KorvoState Version='1'><Setup Name='SETUP_A'>"
+                             "<Param Name='Gain' State='500' RealWorld='1e300'/></Setup></KorvoState>";
+    EXPECT_EQ(limiting.SetChunk(kXPst, text.data(), text.size()), 0);
+    EXPECT_THAT(applied, ElementsAre(6.0, 6.0)); // Trim stood above the limit before
+}
+
+TEST_F(ChunksTest, ThrowingListenerLosesNoBlock) {
+    struct Throwing : RecordingAlgorithm {
+        using RecordingAlgorithm::RecordingAlgorithm;
+        void PresetLoaded(EPluginSetup) override { throw std::runtime_error("listener"); }
+    } throwing({LinearParam("Gain"), LinearParam("Trim & \"Tilt\" <dB>")});
+    throwing.FinishCreate();
+    throwing.givesBlocks = true;
+    algorithm.UpdateParamRequestState(0, 500.0);
+    const std::string chunk = Chunk();
+    EXPECT_THROW(throwing.SetChunk(kXPst, chunk.data(), chunk.size()), std::runtime_error);
+    const KCProcessMemoryPool& pool = throwing.GetProcessMemoryPool();
+    EXPECT_EQ(pool.GetNumFree(), pool.GetSize().numBlocks);
+}
+
 } // namespace
