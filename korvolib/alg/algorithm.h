@@ -322,6 +322,7 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     int32_t KeepDescriptionProblems(const char* description, const std::vector<sDESCRIPTION_PROBLEM>& problems);
 
   private:
+    friend class KCLinkGroups; // works on the parameters and the active setup themselves
     struct sRest;
     struct sChain;
     struct sRestored;

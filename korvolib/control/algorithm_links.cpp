@@ -17,7 +17,7 @@ void cALGORITHM::AddSpecificLinkFuncs(KCLinkGroups&) {}
 int32_t cALGORITHM::CreateLinkGroupsInstance() {
     m_linkGroups = InstantiateSpecificLinkGroupSelf();
     if (m_linkGroups == nullptr)
-        m_linkGroups = std::make_unique<KCLinkGroups>(m_params, m_activeSetup);
+        m_linkGroups = std::make_unique<KCLinkGroups>(*this);
     m_linkGroups->ConnectListener(this);
     AddSpecificLinkFuncs(*m_linkGroups);
     const int32_t result = DescribeLinkGroups();

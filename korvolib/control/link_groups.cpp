@@ -4,11 +4,14 @@
 
 #include <algorithm>
 
+#include <korvolib/alg/algorithm.h>
 #include <korvolib/utilities/error_codes.h>
 
 namespace kvKorvoV12_9_0_320 {
 
 KCLinkGroups::Listener::~Listener() = default;
+
+KCLinkGroups::KCLinkGroups(cALGORITHM& algorithm) : KCLinkGroups(algorithm.m_params, algorithm.m_activeSetup) {}
 
 KCLinkGroups::KCLinkGroups(std::vector<sCONTROL_PARAM>& params, const EPluginSetup& activeSetup)
     : m_params(params), m_activeSetup(activeSetup) {

@@ -27,6 +27,7 @@
 
 namespace kvKorvoV12_9_0_320 {
 
+class cALGORITHM;
 class KCXMLElement;
 
 struct sLINK_GROUP_INFO {
@@ -59,6 +60,8 @@ class KORVO_API KCLinkGroups {
     using GroupMap = std::map<int32_t, sLINK_GROUP_INFO>;
     static constexpr size_t kNoSource = SIZE_MAX; // the parameter index −1, which never links
 
+    // Over the parameters and the active setup of an algorithm, which owns the groups.
+    explicit KCLinkGroups(cALGORITHM& algorithm);
     // Both must outlive the groups. `activeSetup` is read anew by every operation.
     KCLinkGroups(std::vector<sCONTROL_PARAM>& params, const EPluginSetup& activeSetup);
     virtual ~KCLinkGroups();

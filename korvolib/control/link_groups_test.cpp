@@ -708,18 +708,18 @@ TEST(AlgorithmLinks, PlugInSuppliesItsOwnClassAndLaws) {
         using KCLinkGroups::KCLinkGroups;
     };
     struct Own : RecordingAlgorithm {
-        std::vector<sCONTROL_PARAM> none;
-        EPluginSetup setup = kPluginSetup_A;
+        using RecordingAlgorithm::RecordingAlgorithm;
         std::unique_ptr<KCLinkGroups> InstantiateSpecificLinkGroupSelf() override {
-            return std::make_unique<Groups>(none, setup);
+            return std::make_unique<Groups>(*this);
         }
         void AddSpecificLinkFuncs(KCLinkGroups& groups) override {
             groups.AddFunctionInMap("Twice", std::make_unique<KCLinkRelativeImpl>(groups));
         }
-    } own;
+    } own({LinearParam("Left"), LinearParam("Right")});
     own.FinishCreate();
     EXPECT_NE(dynamic_cast<Groups*>(own.GetLinkGroups()), nullptr);
     EXPECT_NE(own.GetLinkGroups()->FindLaw("Twice"), nullptr);
+    EXPECT_EQ(own.GetLinkGroups()->GetParams().data(), own.GetParam(0));
 }
 
 } // namespace
