@@ -55,7 +55,7 @@ int32_t KCLinkGroups::FinishCreate() {
 
 // Everything a pass needs, made before the first one so that none allocates.
 void KCLinkGroups::InitAtFirstCall(size_t) {
-    if (m_isInitialised)
+    if (m_isInitialised && m_updated.size() == m_params.size())
         return;
     m_isInitialised = true;
     InitLinkGroupsInfoMap();

@@ -155,11 +155,12 @@ class KORVO_API KCLinkGroups {
 
   private:
     friend class KCLinkAbsoluteImpl; // clears m_distanceSign
-    class sTelling;
+    class sUnderWay;
 
     // One member's part in a pass.
     struct sMove {
         size_t index;
+        size_t source; // what moved it: the pass's own source, or that of a pass inside it
         double lastState;
         double oldRealWorld;
         KCLinkFuncInterface* law; // null: brought to its reset state
@@ -169,8 +170,9 @@ class KORVO_API KCLinkGroups {
     void InitAtFirstCall(size_t index);
     void StoreLast(size_t index, EPluginSetup setup);
     void BeginPass(size_t source);
+    void Walk(size_t source);
     void MoveMember(size_t source, size_t member, KCLinkFuncInterface& law);
-    size_t Remember(size_t index, KCLinkFuncInterface* law);
+    size_t Remember(size_t source, size_t index, KCLinkFuncInterface* law);
     void EndPass(size_t source, size_t firstMove);
     void MoveTo(size_t index, double state);
     void BringBack(const sMove& move, double distance);
@@ -188,12 +190,15 @@ class KORVO_API KCLinkGroups {
     std::vector<bool> m_updated;
     std::vector<sMove> m_moves; // of the pass under way; room for every parameter
     size_t m_source = kNoSource;
+    EPluginSetup m_passSetup = kPluginSetup_A;
+    size_t m_heldSource = kNoSource; // between StoreLastValues and LinkParams: its last values stay
     double m_sourceLastState = 0.0;
     double m_minDelta = 0.0;
     bool m_isInitialised = false;
     bool m_isCorrectionCancelled = false;
     bool m_notifyOnLinkedParams = true;
-    int32_t m_tellingDepth = 0; // a listener that links again goes on with the pass under way
+    int32_t m_walkDepth = 0; // a law or a listener that links again goes on with the pass under way
+    int32_t m_tellingDepth = 0;
     // How the law that ran last moved its destination (sMove::distanceSign): set by the laws that move by distance,
     // cleared by the walk before each law and by the absolute law.
     double m_distanceSign = 0.0;

@@ -24,7 +24,7 @@ void KCLinkAbsoluteImpl::LinkFunc(size_t source, size_t destination) {
     param.SetRefreshMark(kRefreshMark);
     if (param.GetInverseScaleFunction() == nullptr)
         return;
-    const double top = param.IsDiscrete() ? (param.GetNumStates() - 1) * param.GetStateStep() : kFullTravel;
+    const double top = param.IsDiscrete() ? (param.GetNumStates() - 1.0) * param.GetStateStep() : kFullTravel;
     const auto [lowest, highest] = std::minmax({param.StateToRealWorld(0.0), param.StateToRealWorld(top)});
     const double state = param.RealWorldToState(realWorld);
     if (realWorld >= lowest && realWorld <= highest) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -47,6 +48,7 @@ void KCLinkGroups::StoreLastValues(size_t source) {
     InitAtFirstCall(source);
     if (!IsParam(source) || m_groupsOfParam[source].empty())
         return;
+    m_heldSource = source;
     StoreLast(source, m_activeSetup);
     for (const sLINK_GROUP_INFO* info : m_groupsOfParam[source])
         if (info->IsActing())
@@ -57,7 +59,7 @@ void KCLinkGroups::StoreLastValues(size_t source) {
 void KCLinkGroups::AtUpdateAlg() {
     InitAtFirstCall(kNoSource);
     for (size_t index = 0; index < m_params.size(); ++index)
-        if (!m_groupsOfParam[index].empty())
+        if (index != m_heldSource && !m_groupsOfParam[index].empty())
             UpdateLastValues(index, kPluginSetup_Active);
 }
 
@@ -85,6 +87,7 @@ void KCLinkGroups::BeginPass(size_t source) {
         m_updated[m_source] = false;
     }
     m_source = source;
+    m_passSetup = m_activeSetup;
     m_sourceLastState = m_lastValues[source].state[m_activeSetup];
     m_isCorrectionCancelled = false;
     m_params[source].SetLinkedInThisPass(true);
@@ -92,21 +95,44 @@ void KCLinkGroups::BeginPass(size_t source) {
     ResetMinDelta(source);
 }
 
+// Counts what is under way, also when it throws.
+class KCLinkGroups::sUnderWay {
+  public:
+    explicit sUnderWay(int32_t& depth) : m_depth(depth) { ++m_depth; }
+    ~sUnderWay() { --m_depth; }
+    sUnderWay(const sUnderWay&) = delete;
+    sUnderWay& operator=(const sUnderWay&) = delete;
+
+  private:
+    int32_t& m_depth;
+};
+
 void KCLinkGroups::LinkParams(size_t source, bool isTopLevel) {
     InitAtFirstCall(source);
     if (!IsParam(source) || m_groupsOfParam[source].empty())
         return;
-    if ((isTopLevel && m_tellingDepth == 0) || !IsParam(m_source))
+    if ((isTopLevel && m_walkDepth + m_tellingDepth == 0) || !IsParam(m_source))
         BeginPass(source);
     const size_t firstMove = m_moves.size();
-    for (const sLINK_GROUP_INFO* info : m_groupsOfParam[source]) {
-        if (!info->IsActing())
-            continue;
-        for (const size_t member : info->members)
-            if (member != source)
-                MoveMember(source, member, *info->law);
+    const double minDelta = m_minDelta;
+    Walk(source);
+    if (source != m_source)
+        m_minDelta = minDelta; // members of another source are no bound for this pass
+    if (source == m_heldSource)
+        m_heldSource = kNoSource;
+    if (m_walkDepth == 0)
+        EndPass(source, firstMove); // otherwise the walk around this one tells of all
+}
+
+// By number and index, not by iterator: a law may change groups and members.
+void KCLinkGroups::Walk(size_t source) {
+    const sUnderWay walking(m_walkDepth);
+    for (size_t group = 0; group < m_groupsOfParam[source].size(); ++group) {
+        const sLINK_GROUP_INFO& info = *m_groupsOfParam[source][group];
+        for (size_t i = 0; i < info.members.size() && info.IsActing(); ++i)
+            if (info.members[i] != source)
+                MoveMember(source, info.members[i], *info.law);
     }
-    EndPass(source, firstMove);
 }
 
 // A member that the pass has met already stays where it is; its look is brought up to date.
@@ -116,32 +142,20 @@ void KCLinkGroups::MoveMember(size_t source, size_t member, KCLinkFuncInterface&
         param.SetRefreshMark(kRefreshMark);
         return;
     }
-    const size_t number = Remember(member, &law);
-    m_distanceSign = 0.0;
+    const size_t number = Remember(source, member, &law);
+    const double outerSign = std::exchange(m_distanceSign, 0.0);
     law.LinkFunc(source, member);
-    m_moves[number].distanceSign = m_distanceSign;
+    m_moves[number].distanceSign = std::exchange(m_distanceSign, outerSign);
 }
 
 // Counts the parameter as met in this pass; its number among the moves.
-size_t KCLinkGroups::Remember(size_t index, KCLinkFuncInterface* law) {
+size_t KCLinkGroups::Remember(size_t source, size_t index, KCLinkFuncInterface* law) {
     m_params[index].SetLinkedInThisPass(true);
     m_updated[index] = true;
     const double lastState = m_lastValues[index].state[m_activeSetup];
-    m_moves.push_back({index, lastState, m_params[index].GetRealWorld(m_activeSetup), law, 0.0});
+    m_moves.push_back({index, source, lastState, m_params[index].GetRealWorld(m_activeSetup), law, 0.0});
     return m_moves.size() - 1;
 }
-
-// Counts the listener calls under way, also when one throws.
-class KCLinkGroups::sTelling {
-  public:
-    explicit sTelling(KCLinkGroups& groups) : m_groups(groups) { ++m_groups.m_tellingDepth; }
-    ~sTelling() { --m_groups.m_tellingDepth; }
-    sTelling(const sTelling&) = delete;
-    sTelling& operator=(const sTelling&) = delete;
-
-  private:
-    KCLinkGroups& m_groups;
-};
 
 void KCLinkGroups::EndPass(size_t source, size_t firstMove) {
     const size_t endMove = m_moves.size();
@@ -155,7 +169,7 @@ void KCLinkGroups::EndPass(size_t source, size_t firstMove) {
 void KCLinkGroups::Tell(size_t index, double oldRealWorld) {
     if (m_listener == nullptr)
         return;
-    const sTelling telling(*this);
+    const sUnderWay telling(m_tellingDepth);
     m_listener->OnLinkedParamValueModified(index, oldRealWorld);
 }
 
@@ -168,7 +182,7 @@ void KCLinkGroups::MoveTo(size_t index, double state) {
 }
 
 double KCLinkGroups::TopState(const sCONTROL_PARAM& param) {
-    return param.IsDiscrete() && param.GetScaleType() == "toggle" ? std::max(param.GetNumStates() - 1, 0)
+    return param.IsDiscrete() && param.GetScaleType() == "toggle" ? std::max(param.GetNumStates(), 1) - 1
                                                                   : kFullTravel;
 }
 
@@ -206,7 +220,7 @@ void KCLinkGroups::LinkReverseOrRelative(size_t source, size_t destination, bool
 
 void KCLinkGroups::CorrectParamModifications(size_t source) {
     constexpr double kRounding = 1e-9; // of states: a destination that went this much less has met no bound
-    if (!IsParam(source) || source != m_source || m_isCorrectionCancelled)
+    if (!IsParam(source) || source != m_source || m_activeSetup != m_passSetup || m_isCorrectionCancelled)
         return;
     sCONTROL_PARAM& param = m_params[source];
     const double wanted = param.GetState(m_activeSetup) - m_sourceLastState;
@@ -216,9 +230,9 @@ void KCLinkGroups::CorrectParamModifications(size_t source) {
     const double distance = std::copysign(m_minDelta, wanted);
     const double oldRealWorld = param.GetRealWorld(m_activeSetup);
     MoveTo(source, m_sourceLastState + distance);
-    for (sMove& move : m_moves) {
-        move.oldRealWorld = m_params[move.index].GetRealWorld(m_activeSetup);
-        BringBack(move, distance);
+    for (size_t i = 0; i < m_moves.size(); ++i) { // a law may link on and add to them
+        m_moves[i].oldRealWorld = m_params[m_moves[i].index].GetRealWorld(m_activeSetup);
+        BringBack(m_moves[i], distance);
     }
     Tell(source, oldRealWorld);
     EndPass(source, 0);
@@ -226,12 +240,14 @@ void KCLinkGroups::CorrectParamModifications(size_t source) {
 }
 
 void KCLinkGroups::BringBack(const sMove& move, double distance) {
-    if (move.law == nullptr)
-        return; // brought to its reset state, by nobody's law
-    if (move.distanceSign == 0.0)
+    if (move.law == nullptr || move.source != m_source)
+        return; // brought to its reset state, by nobody's law, or moved by a pass inside this one
+    if (move.distanceSign == 0.0) {
+        const sUnderWay walking(m_walkDepth);
         move.law->LinkFunc(m_source, move.index);
-    else
-        MoveTo(move.index, move.lastState + move.distanceSign * distance);
+        return;
+    }
+    MoveTo(move.index, move.lastState + move.distanceSign * distance);
 }
 
 void KCLinkGroups::CorrectParamModificationsSelf(size_t) {}
@@ -239,11 +255,9 @@ void KCLinkGroups::CorrectParamModificationsSelf(size_t) {}
 void KCLinkGroups::EqualizeAllAbsoluteControls() {
     InitAtFirstCall(kNoSource);
     for (const auto& [number, info] : m_groups) {
-        if (!info.IsActing() || !info.law->AmIAbsolute() || info.members.empty())
-            continue;
-        for (const size_t member : info.members) {
-            if (member == info.members.front())
-                continue;
+        // By index, and asked each time: the listener may change the group.
+        for (size_t i = 1; i < info.members.size() && info.IsActing() && info.law->AmIAbsolute(); ++i) {
+            const size_t member = info.members[i];
             const double oldRealWorld = m_params[member].GetRealWorld(m_activeSetup);
             info.law->LinkFunc(info.members.front(), member);
             UpdateLastValues(member, kPluginSetup_Active);
@@ -257,7 +271,7 @@ void KCLinkGroups::ResetLinkedParam(size_t index) {
     if (!IsParam(index))
         return;
     if (!m_params[index].IsLinkedInThisPass())
-        Remember(index, nullptr);
+        Remember(index, index, nullptr);
     m_params[index].SetState(m_activeSetup, m_params[index].GetResetState());
     m_params[index].UpdateRealWorldFromState(m_activeSetup);
     m_params[index].SetRefreshMark(kRefreshMark);
