@@ -34,8 +34,9 @@ void Work(RecordingAlgorithm& algorithm, uint32_t seed) {
         algorithm.SetUpdateAlgRequired();
         algorithm.DoIdle();
         KCStMemObj out;
-        if (turn % 50 == 0)
+        if (turn % 50 == 0) {
             EXPECT_EQ(algorithm.GetChunk('X' << 24 | 'P' << 16 | 's' << 8 | 't', out, 0), 0);
+        }
         if (algorithm.TryLockAlg())
             algorithm.UnLockAlg();
     }
