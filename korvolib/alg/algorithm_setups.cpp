@@ -118,7 +118,8 @@ bool cALGORITHM::RestoreParam(size_t index, const sPARAM_VALUES& values, EPlugin
     const sPARAM_VALUES old = ValuesOf(param);
     StoreValues(param, values);
     param.SetRefreshMark(kRefreshMark);
-    param.UpdateControllers(index);
+    if (newActive == m_activeSetup) // in a switch they are told when the other setup is there to be read
+        param.UpdateControllers(index);
     const double heard = old.realWorld[m_activeSetup]; // what the plug-in works with now
     uint8_t& due = m_rest->due[index];
     due &= static_cast<uint8_t>(~kDue_Switch);

@@ -105,6 +105,23 @@ TEST_F(SetupsTest, RestoreBringsBothSetupsAndTheActiveOne) {
     EXPECT_EQ(algorithm.GetParam(0)->GetRefreshMark(), 3);
 }
 
+TEST_F(SetupsTest, RestoreThatSwitchesTellsControllersOnceTheOtherSetupCanBeRead) {
+    struct Knob : KCParamController {
+        const cALGORITHM* algorithm = nullptr;
+        std::vector<double> shown;
+        void OnParamChanged(size_t index) noexcept override { shown.push_back(algorithm->GetParamState(index)); }
+    } knob;
+    knob.algorithm = &algorithm;
+    sPARAM_VALUES values;
+    values.state[1] = 300.0;
+    values.realWorld[1] = 3.0;
+    algorithm.GetParam(0)->AddController(&knob);
+    algorithm.RestoreParams(nullptr, &values, 1, kPluginSetup_B);
+    EXPECT_THAT(knob.shown, ElementsAre(300.0));
+    algorithm.RestoreParams(nullptr, nullptr, 0, kPluginSetup_A);
+    EXPECT_THAT(knob.shown, ElementsAre(300.0, 0.0));
+}
+
 TEST_F(SetupsTest, RestoreOfWhatStandsIsSilent) {
     sPARAM_VALUES saved[3];
     algorithm.CaptureParams(0, saved, 3);

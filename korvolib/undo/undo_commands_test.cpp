@@ -267,6 +267,21 @@ TEST_F(UndoPartlySaved, ParameterThatSaysNoMakesNoStep) {
     EXPECT_FALSE(manager.IsDirty());
 }
 
+TEST_F(UndoPartlySaved, SwitchOfSetupsIsShownByAParameterThatSaysNo) {
+    algorithm.UpdateParamRequestState(1, 100.0);
+    algorithm.SetActiveSetup(kPluginSetup_B);
+    algorithm.UpdateParamRequestState(1, 900.0);
+    Insert(new KCUndoCommandParameters(&algorithm, kUndoAllParams));
+    KCFixedString<127> text;
+    algorithm.GetParamValueString(1, text);
+    algorithm.GetParam(1)->SetRefreshMark(0);
+    manager.Undo();
+    EXPECT_EQ(algorithm.GetParamState(1), 100.0);
+    EXPECT_EQ(algorithm.GetParam(1)->GetRefreshMark(), kRefreshMark);
+    algorithm.GetParamValueString(1, text);
+    EXPECT_EQ(text, "1.00");
+}
+
 TEST_F(UndoPartlySaved, PresetLeavesItAloneToo) {
     Preset::CPresetInfo preset;
     Preset::CapturePreset(CPublicAlg(&algorithm), KCFixedString<127>("Init"), preset);
