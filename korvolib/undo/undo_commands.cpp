@@ -18,7 +18,8 @@ KCFixedString<255> StepName(const Preset::CPresetInfo* preset) {
 }
 
 bool IsSameState(const sALGORITHM_STATE& a, const sALGORITHM_STATE& b) {
-    return a.activeSetup == b.activeSetup && a.values == b.values;
+    return a.activeSetup == b.activeSetup && a.setupTitles[0] == b.setupTitles[0] &&
+           a.setupTitles[1] == b.setupTitles[1] && a.values == b.values;
 }
 
 } // namespace

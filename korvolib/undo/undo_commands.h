@@ -30,7 +30,7 @@ class KORVO_API KCUndoCommandParameters final : public Command {
     /// then.
     int32_t GetResult() const { return m_result; }
 
-    /// The same values, bit for bit, and the same active setup, of the same algorithm.
+    /// The same values, bit for bit, active setup and titles, of the same algorithm.
     bool operator==(const Command& other) const override;
     /// The same algorithm and the same unsigned value.
     bool IsSameType(const Command* other) const override;
@@ -53,7 +53,7 @@ class KORVO_API KCUndoCommandPreset final : public Command {
     /// As that of KCUndoCommandParameters; also kErr_NullArgument without a preset.
     int32_t GetResult() const { return m_result; }
 
-    /// The same name, values and active setup, of the same algorithm.
+    /// The same name, values, active setup and titles, of the same algorithm.
     bool operator==(const Command& other) const override;
     /// The same algorithm and the same unsigned value.
     bool IsSameType(const Command* other) const override;

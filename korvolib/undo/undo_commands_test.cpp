@@ -221,6 +221,16 @@ TEST_F(UndoCommandParameters, SetupTitlesComeBack) {
     EXPECT_EQ(algorithm.GetSetupTitle(kPluginSetup_A), "Warm");
 }
 
+TEST_F(UndoCommandParameters, RenamedSetupIsAStep) {
+    algorithm.SetSetupTitle(kPluginSetup_B, KCFixedString<127>("Warm"));
+    Insert(new KCUndoCommandParameters(&algorithm, kUndoAllParams));
+    EXPECT_TRUE(manager.IsDirty());
+    manager.Undo();
+    EXPECT_EQ(algorithm.GetSetupTitle(kPluginSetup_B), "");
+    manager.Redo();
+    EXPECT_EQ(algorithm.GetSetupTitle(kPluginSetup_B), "Warm");
+}
+
 TEST_F(UndoCommandParameters, CollapsedGestureComesBackAsItWasSeenLast) {
     Gesture(1, 100.0);
     for (const double state : {200.0, 300.0}) {
