@@ -37,15 +37,16 @@ int32_t KCUndoManager::InsertCommand(KTUndoCommandType* command, EInsertToStackT
         return kErr_Generic;
     const sBusy busy(*this);
     CommandList inserted;
+    Command::EventSet events;
     try {
         inserted.push_back(std::move(owned));
         inserted.front()->m_isInHistory = true;
-        Command::EventSet events;
         events.swap(m_pendingEvents);
         inserted.front()->SetEvents(events);
     } catch (const std::bad_alloc&) {
         owned.reset();
         ClearCommandList(inserted);
+        m_pendingEvents.merge(events); // for the next one
         return kErr_AllocationFailed;
     }
     Insert(inserted, type);

@@ -315,6 +315,40 @@ TEST_F(UndoManager, EventsGoToTheNextInsertionOnly) {
     EXPECT_THAT(manager->GetUndoCommand(0)->getEvents(), IsEmpty());
 }
 
+TEST_F(UndoManager, EventsThatDoNotFitInMemoryWaitForTheNextInsertion) {
+    struct Forgetful : CountedCommand {
+        using CountedCommand::CountedCommand;
+        void SetEvents(const EventSet&) override { throw std::bad_alloc(); }
+    };
+    Insert('a', 1);
+    manager->addEvent("drag");
+    log.Take();
+    EXPECT_EQ(Insert(new Forgetful(log, 'b', 2)), kErr_AllocationFailed);
+    EXPECT_EQ(log.deaths, 1u);
+    EXPECT_FALSE(manager->CanUndo());
+    Insert('c', 3);
+    EXPECT_THAT(log.Take(), ElementsAre("events c3: drag"));
+}
+
+// Foreign code that fails where it is asked: the command dies once, the history stands.
+TEST_F(UndoManager, ExceptionsOfAnInsertionLeaveTheStacks) {
+    struct Thrower : CountedCommand {
+        using CountedCommand::CountedCommand;
+        bool operator==(const Command&) const override { throw std::runtime_error("equal"); }
+        bool IsSameType(const Command*) const override { throw std::runtime_error("kind"); }
+    };
+    UseLevel(5);
+    Insert('a', 1);
+    Insert('b', 2);
+    EXPECT_THROW(Insert(new Thrower(log, 'c', 3), 0), std::runtime_error);
+    EXPECT_THROW(Insert(new Thrower(log, 'c', 3), 1), std::runtime_error);
+    EXPECT_EQ(log.deaths, 2u);
+    EXPECT_EQ(History(), "[b2]");
+    EXPECT_EQ(manager->GetCleanCount(), 1);
+    EXPECT_EQ(manager->Undo(), 0); // open again
+    EXPECT_EQ(log.state, 1);
+}
+
 TEST_F(UndoManager, CodeOfExecuteIsPassedOnAndTheStepIsTaken) {
     UseLevel(5);
     CountedCommand* const failing = Make('a', 1);
