@@ -172,7 +172,13 @@ int32_t InsertGestureStep(KTUndoManagerType* manager, cALGORITHM* algorithm, uin
         return kErr_NullArgument;
     KTUndoCommandType* command = nullptr;
     const int32_t result = CreateParametersCommand(algorithm, param, command);
-    return result == kErr_NoErr ? InsertCommand(manager, command, kInsertToStack_NewStep) : result;
+    if (result != kErr_NoErr)
+        return result;
+    // The manager would put the click in the place of the present state, or of the later ones.
+    const auto& state = static_cast<const KCUndoCommandParameters&>(*FromHandle(command));
+    if (state.HasStateOf(FromHandle(manager)->GetPresentCommand()))
+        return DisposeCommand(command);
+    return InsertCommand(manager, command, kInsertToStack_NewStep);
 }
 
 } // namespace kvKorvoV12_9_0_320::Undo::API

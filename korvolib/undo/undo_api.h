@@ -84,8 +84,8 @@ KORVO_API uint32_t GetNumEvents(KTUndoManagerType* manager) noexcept;
 /// empty.
 KORVO_API int32_t StartHistory(KTUndoManagerType* manager, cALGORITHM* algorithm,
                                uint16_t level = kDefaultUndoLevel) noexcept;
-/// One gesture, one step: the state that a gesture on parameter `param` has left. A gesture that changed nothing
-/// makes no step.
+/// One gesture, one step: the state that a gesture on parameter `param` has left. A gesture that changed nothing,
+/// such as a click on a knob, leaves the history as it is: the names, what can be redone, the pending events.
 KORVO_API int32_t InsertGestureStep(KTUndoManagerType* manager, cALGORITHM* algorithm, uint32_t param) noexcept;
 
 } // namespace Undo::API

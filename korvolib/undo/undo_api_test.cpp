@@ -189,6 +189,43 @@ TEST_F(UndoAPI, GestureThatChangedNothingMakesNoStep) {
     EXPECT_FALSE(API::IsDirty(manager));
 }
 
+TEST_F(UndoAPI, ClickAfterUndoLeavesRedoAndTheCleanState) {
+    API::StartHistory(manager, &algorithm);
+    algorithm.UpdateParamRequestState(1, 250.0);
+    API::InsertGestureStep(manager, &algorithm, 1);
+    API::ExecuteUndo(manager);
+    EXPECT_EQ(API::InsertGestureStep(manager, &algorithm, 0), 0);
+    EXPECT_TRUE(API::CanRedo(manager));
+    EXPECT_FALSE(API::CanUndo(manager));
+    EXPECT_FALSE(API::IsDirty(manager));
+}
+
+TEST_F(UndoAPI, ClickLeavesTheNameOfTheStepBefore) {
+    API::StartHistory(manager, &algorithm);
+    algorithm.UpdateParamRequestState(1, 250.0);
+    API::InsertGestureStep(manager, &algorithm, 1);
+    API::AddUndoEvent(manager, KCFixedString<63>("click"));
+    EXPECT_EQ(API::InsertGestureStep(manager, &algorithm, 0), 0);
+    EXPECT_EQ(LastUndoName(), "Tilt");
+    EXPECT_EQ(API::GetNumEvents(manager), 1u);
+}
+
+TEST_F(UndoAPI, ClickAfterAPresetMakesNoStep) {
+    API::StartHistory(manager, &algorithm);
+    Preset::CPresetInfo preset;
+    preset.SetName(KCFixedString<127>("Warm"));
+    KTUndoCommandType* command = nullptr;
+    API::CreatePresetCommand(CPublicAlg(&algorithm), 0, &preset, command);
+    FromHandle(command)->Execute();
+    API::InsertCommand(manager, command, kInsertToStack_NewStep);
+    EXPECT_EQ(API::InsertGestureStep(manager, &algorithm, 0), 0);
+    EXPECT_EQ(API::GetUndoStackSize(manager), 1u);
+    EXPECT_TRUE(API::IsPresetCommand(manager));
+    algorithm.UpdateParamRequestState(0, 250.0);
+    API::InsertGestureStep(manager, &algorithm, 0);
+    EXPECT_EQ(API::GetUndoStackSize(manager), 2u);
+}
+
 TEST_F(UndoAPI, PresetCommandIsTheOneThatUndoTakesBack) {
     API::StartHistory(manager, &algorithm);
     EXPECT_FALSE(API::IsPresetCommand(manager));

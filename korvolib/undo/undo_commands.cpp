@@ -50,6 +50,12 @@ void KCUndoCommandParameters::TakeOverState(Command& newer) {
     m_result = kErr_NoErr;
 }
 
+bool KCUndoCommandParameters::HasStateOf(const Command* other) const {
+    if (const auto* const preset = dynamic_cast<const KCUndoCommandPreset*>(other); preset != nullptr)
+        return m_algorithm == preset->m_algorithm && IsSameState(m_state, preset->m_state);
+    return other != nullptr && *this == *other;
+}
+
 KCUndoCommandPreset::KCUndoCommandPreset(const CPublicAlg& algorithm, uint32_t id,
                                          const Preset::CPresetInfo* preset)
     : Command(StepName(preset), id), m_algorithm(algorithm),

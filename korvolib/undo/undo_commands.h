@@ -37,6 +37,9 @@ class KORVO_API KCUndoCommandParameters final : public Command {
     int32_t Execute() override;
     void TakeOverState(Command& newer) override;
 
+    /// Whether `other`, a preset's command too, brings the same algorithm the same state; null does not.
+    bool HasStateOf(const Command* other) const;
+
   private:
     CPublicAlg m_algorithm;
     sALGORITHM_STATE m_state;
@@ -64,6 +67,8 @@ class KORVO_API KCUndoCommandPreset final : public Command {
     void TakeOverState(Command& newer) override;
 
   private:
+    friend class KCUndoCommandParameters; // compares states
+
     CPublicAlg m_algorithm;
     sALGORITHM_STATE m_state;
     int32_t m_result;

@@ -179,7 +179,7 @@ const Command* KCUndoManager::GetUndoCommand(size_t number) const {
     if (number >= m_undoStack.size())
         return nullptr;
     if (number == 0)
-        return m_current.empty() ? nullptr : m_current.front().get();
+        return GetPresentCommand();
     return std::next(m_undoStack.rbegin(), static_cast<ptrdiff_t>(number) - 1)->get();
 }
 

@@ -93,6 +93,8 @@ class KORVO_API KCUndoManager : public KCUndoManagerAbs {
     /// The commands behind GetUndoCommandName and GetRedoCommandName; null when there are not so many.
     const Command* GetUndoCommand(size_t number) const;
     const Command* GetRedoCommand(size_t number) const;
+    /// The present state; null before the first insertion.
+    const Command* GetPresentCommand() const { return m_current.empty() ? nullptr : m_current.front().get(); }
     /// Whether a command is running, so that nothing can be changed, nor the manager destroyed.
     bool IsBusy() const { return m_isBusy; }
 
