@@ -164,6 +164,34 @@ TEST_F(UndoModel, AgreesOverManyRandomOperations) {
     EXPECT_EQ(log.falseDeaths, 0u);
 }
 
+// Without continued steps, every one a state of its own: trimmed, on another branch or cleared away, the saved
+// state is never taken for another.
+TEST_F(UndoModel, OnlyTheSavedStateIsClean) {
+    int next = 1, saved = 0, timesClean = 0;
+    for (int i = 0; i < 50000; ++i) {
+        const auto what = random() % 100;
+        if (what < 40)
+            manager.InsertCommand(ToHandle(new CountedCommand(log, 'a', next++)), kInsertToStack_NewStep);
+        else if (what < 65)
+            manager.Undo();
+        else if (what < 90)
+            manager.Redo();
+        else if (what < 95)
+            manager.setUndoLevel(static_cast<uint16_t>(random() % 9));
+        else if (const auto* present = dynamic_cast<const CountedCommand*>(manager.GetPresentCommand());
+                 present != nullptr && what < 99)
+            saved = present->Value(), manager.SetClean();
+        else if (manager.IsDirty())
+            manager.Clear();
+        const auto* const present = dynamic_cast<const CountedCommand*>(manager.GetPresentCommand());
+        if (saved == 0 || manager.IsDirty() || present == nullptr)
+            continue;
+        ASSERT_EQ(present->Value(), saved) << "at operation " << i;
+        ++timesClean;
+    }
+    EXPECT_GT(timesClean, 1000);
+}
+
 // Whatever Execute tries, the histories stay the same as without.
 TEST_F(UndoModel, AgreesWhenExecuteMisbehaves) {
     log.onExecute = [this] {
