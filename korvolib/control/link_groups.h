@@ -130,7 +130,8 @@ class KORVO_API KCLinkGroups {
 
     void InitLastValuesMap();
     const sLINK_LAST_VALUES* GetLastValues(size_t index) const; // null for an unknown index
-    // `setup` −1 is the current one; another that is neither A nor B does nothing.
+    // Brings the parameter's value up to date with its state in the current setup, then stores both as `setup`'s.
+    // −1 is the current one; another that is neither A nor B does nothing.
     void UpdateLastValues(size_t index, int32_t setup);
     void CopyLastValuesToOtherSetup(); // from the current setup
     // Before a gesture moves `source`: the last values of the source and of the members of its acting groups.

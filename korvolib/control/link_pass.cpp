@@ -32,8 +32,14 @@ const sLINK_LAST_VALUES* KCLinkGroups::GetLastValues(size_t index) const {
 
 void KCLinkGroups::UpdateLastValues(size_t index, int32_t setup) {
     const EPluginSetup which = setup == kPluginSetup_Active ? m_activeSetup : static_cast<EPluginSetup>(setup);
-    if (index < m_lastValues.size())
-        StoreLast(index, which);
+    if (index >= m_lastValues.size() || !IsPluginSetup(which))
+        return;
+    // A value that belongs to its state stays, also one that the scale would round: absolute links carry those.
+    sCONTROL_PARAM& param = m_params[index];
+    const bool hasInverse = param.GetInverseScaleFunction() != nullptr;
+    if (hasInverse && param.RealWorldToState(param.GetRealWorld(m_activeSetup)) != param.GetState(m_activeSetup))
+        param.UpdateRealWorldFromState(m_activeSetup);
+    StoreLast(index, which);
 }
 
 void KCLinkGroups::CopyLastValuesToOtherSetup() {
@@ -60,7 +66,7 @@ void KCLinkGroups::AtUpdateAlg() {
     InitAtFirstCall(kNoSource);
     for (size_t index = 0; index < m_params.size(); ++index)
         if (index != m_heldSource && !m_groupsOfParam[index].empty())
-            UpdateLastValues(index, kPluginSetup_Active);
+            StoreLast(index, m_activeSetup);
 }
 
 void KCLinkGroups::ResetMinDelta(size_t index) {

@@ -149,6 +149,23 @@ TEST_F(ReentryTest, ParametersMayComeAfterTheFirstCall) {
     EXPECT_EQ(State(0), 100.0);
 }
 
+TEST_F(ReentryTest, LastValuesAreThoseOfTheState) {
+    params[0].SetState(setup, 250.0);
+    groups.UpdateLastValues(0, 7);
+    EXPECT_EQ(params[0].GetRealWorld(setup), 0.0);
+    groups.UpdateLastValues(0, -1);
+    EXPECT_EQ(params[0].GetRealWorld(setup), 250.0);
+    EXPECT_EQ(groups.GetLastValues(0)->realWorld[0], 250.0);
+}
+
+TEST_F(ReentryTest, LastValuesKeepAValueThatTheScaleWouldRound) {
+    params[0].SetScaleLin(0.0, 10.0, 1.0);
+    params[0].SetRealWorld(setup, 2.5);
+    params[0].UpdateStateFromRealWorld(setup);
+    groups.UpdateLastValues(0, -1);
+    EXPECT_EQ(groups.GetLastValues(0)->realWorld[0], 2.5);
+}
+
 TEST_F(ReentryTest, NumberOfStatesMayBeAnything) {
     params[1].SetScaleToggle(2);
     params[1].SetNumStates(INT_MIN);
