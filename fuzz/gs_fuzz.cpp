@@ -1,5 +1,6 @@
-// Any bytes as a graphic stream: walked, shown as YAML, drawn as SVG and searched for graphs, without ever following
-// a pointer. Whatever the walk says, both texts stay well-formed, and each engine stops at the same record.
+// Any bytes as a graphic stream: walked, shown as YAML, drawn as SVG and searched for graphs, without ever
+// following a pointer. Whatever the walk says, both texts stay well-formed, and each engine stops at the same
+// record.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -36,8 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require((result == kErr_NoErr) == (graphs.GetErrorOffset() == size));
     KCGraphicStreamToYAML yaml;
     Require(yaml.ExecStream(data, size) == result && yaml.GetErrorOffset() == graphs.GetErrorOffset());
-    Require(yaml.GetEmitsCount() + yaml.GetSkipsCount() ==
-            yaml.GetExecCommandsCount() - yaml.GetEndFramesCount());
+    Require(yaml.GetEmitsCount() + yaml.GetSkipsCount() == yaml.GetExecCommandsCount() - yaml.GetEndFramesCount());
     Require(yaml.GetText().find("KCGraphicStreamToYAML.m_count_missing") != std::string_view::npos);
     KCGraphicStreamToSVG svg;
     Require(svg.ExecStream(data, size) == result);

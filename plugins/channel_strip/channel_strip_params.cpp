@@ -1,7 +1,7 @@
 // The parameters of the strip as a description, in the order of KEParam. They touch every kind of scale the library
 // has: straight and logarithmic, with coarse steps (gate hold and release), frequency, break points that run upward
-// and downward, switches, lists of values, and a fader with a taper of its own. The trims keep their balance under a
-// user's hand; bell gains and thresholds can be linked too, each by another law.
+// and downward, switches, lists of values, and a fader with a taper of its own. The trims keep their balance under
+// a user's hand; bell gains and thresholds can be linked too, each by another law.
 
 #include <plugins/channel_strip/channel_strip_params.h>
 
