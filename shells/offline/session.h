@@ -76,7 +76,7 @@ inline constexpr size_t kLargestSessionFile = 16u << 20; // bytes
 /// Reads a session from its text. Throws KCHostFailure "file:line: what was expected" for anything that is not one.
 sSESSION ReadSession(std::string_view text, const std::string& fileName);
 
-/// Reads a session file; a file that cannot be read is a KCHostFailure too.
+/// Reads a session file, or an entry of an archive (input_file.h); what cannot be read is a KCHostFailure too.
 sSESSION ReadSessionFile(const std::string& path);
 
 /// "session.yaml:7: text", the form of all complaints about a session.

@@ -1,16 +1,13 @@
 #include "session.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 #include <sstream>
 
 #include <yaml-cpp/eventhandler.h>
 #include <yaml-cpp/yaml.h>
 
 #include "failure.h"
+#include "input_file.h"
 #include "nearest_names.h"
 #include "session_fields_internal.h"
 #include "text.h"
@@ -243,19 +240,7 @@ sSESSION ReadSession(std::string_view text, const std::string& fileName) {
 }
 
 sSESSION ReadSessionFile(const std::string& path) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
-    if (file == nullptr)
-        throw KCHostFailure(path + ": no session can be read: " + std::strerror(errno));
-    std::string text;
-    char piece[16384];
-    while (const size_t numRead = std::fread(piece, 1, sizeof piece, file.get())) {
-        text.append(piece, numRead);
-        if (text.size() > kLargestSessionFile)
-            throw KCHostFailure(path + ": larger than a session may be (16 MiB)");
-    }
-    if (std::ferror(file.get()) != 0)
-        throw KCHostFailure(path + ": no session can be read: " + std::strerror(errno));
-    return ReadSession(text, path);
+    return ReadSession(ReadInput(path, kLargestSessionFile, "a session"), path);
 }
 
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -2,12 +2,14 @@
 
 #include <sndfile.h>
 
-#include <cerrno>
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <vector>
+
+#include <korvolib/utilities/fm/path.h>
 
 #include "failure.h"
+#include "input_file.h"
 #include "text.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -34,20 +36,94 @@ int FormatByEnding(const KCOutputFile& file) {
 
 } // namespace
 
+// ---- libsndfile's own calls, on bytes in memory and on an output file
+// ---------------------------------------------
+
+namespace {
+
+constexpr size_t kLargestUnpackedSound = size_t{1} << 30; // bytes
+
+struct sMEMORY_FILE {
+    std::string bytes;
+    sf_count_t position = 0;
+};
+
+sf_count_t SizeOf(const sMEMORY_FILE& file) { return static_cast<sf_count_t>(file.bytes.size()); }
+
+// Where libsndfile goes: -1 for a place before the beginning.
+sf_count_t Target(sf_count_t offset, int whence, sf_count_t position, sf_count_t size) {
+    const sf_count_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position : size;
+    return offset < -base ? -1 : base + offset;
+}
+
+sf_count_t MemorySize(void* file) { return SizeOf(*static_cast<sMEMORY_FILE*>(file)); }
+sf_count_t MemoryTell(void* file) { return static_cast<sMEMORY_FILE*>(file)->position; }
+sf_count_t MemoryWrite(const void*, sf_count_t, void*) { return 0; }
+
+sf_count_t MemorySeek(sf_count_t offset, int whence, void* user) {
+    auto& file = *static_cast<sMEMORY_FILE*>(user);
+    const sf_count_t target = Target(offset, whence, file.position, SizeOf(file));
+    if (target >= 0)
+        file.position = target;
+    return target;
+}
+
+sf_count_t MemoryRead(void* buffer, sf_count_t count, void* user) {
+    auto& file = *static_cast<sMEMORY_FILE*>(user);
+    const sf_count_t numRead = std::clamp<sf_count_t>(SizeOf(file) - file.position, 0, count);
+    std::memcpy(buffer, file.bytes.data() + std::min(file.position, SizeOf(file)), static_cast<size_t>(numRead));
+    file.position += numRead;
+    return numRead;
+}
+
+sf_count_t OutputSize(void* file) { return static_cast<KCOutputFile*>(file)->GetSize(); }
+sf_count_t OutputTell(void* file) { return static_cast<KCOutputFile*>(file)->GetPosition(); }
+sf_count_t OutputRead(void*, sf_count_t, void*) { return 0; }
+
+sf_count_t OutputSeek(sf_count_t offset, int whence, void* user) {
+    auto& file = *static_cast<KCOutputFile*>(user);
+    const sf_count_t target = Target(offset, whence, file.GetPosition(), file.GetSize());
+    if (target >= 0)
+        file.Seek(target);
+    return target;
+}
+
+sf_count_t OutputWrite(const void* bytes, sf_count_t count, void* user) {
+    auto& file = *static_cast<KCOutputFile*>(user);
+    return file.TryWrite({static_cast<const char*>(bytes), static_cast<size_t>(count)}) ? count : 0;
+}
+
+SF_VIRTUAL_IO g_memoryCalls = {MemorySize, MemorySeek, MemoryRead, MemoryWrite, MemoryTell};
+SF_VIRTUAL_IO g_outputCalls = {OutputSize, OutputSeek, OutputRead, OutputWrite, OutputTell};
+
+void RefuseWhatIsNoFile(const std::string& path) {
+    const FM::KCStPath whole(path.c_str());
+    if (!whole.IsExist())
+        throw KCHostFailure(path + ": no such sound file");
+    if (!whole.IsFile())
+        throw KCHostFailure(path + ": not a sound file: it is not a regular file");
+}
+
+} // namespace
+
+// ---- Reading
+// ------------------------------------------------------------------------------------------------------
+
 struct KCSoundReader::sOpen {
+    sMEMORY_FILE memory; // of an entry of an archive
     SNDFILE* file = nullptr;
     ~sOpen() { sf_close(file); }
 };
 
 KCSoundReader::KCSoundReader(const std::string& path) : m_path(path), m_open(std::make_unique<sOpen>()) {
-    std::error_code problem;
-    const auto status = std::filesystem::status(path, problem);
-    if (!std::filesystem::exists(status))
-        throw KCHostFailure(path + ": no such sound file");
-    if (!std::filesystem::is_regular_file(status))
-        throw KCHostFailure(path + ": not a sound file: it is not a regular file");
     SF_INFO info = {};
-    m_open->file = sf_open(path.c_str(), SFM_READ, &info);
+    if (NamesZipEntry(path)) {
+        m_open->memory.bytes = ReadZipEntry(path, kLargestUnpackedSound, "a sound in an archive");
+        m_open->file = sf_open_virtual(&g_memoryCalls, SFM_READ, &info, &m_open->memory);
+    } else {
+        RefuseWhatIsNoFile(path);
+        m_open->file = sf_open(path.c_str(), SFM_READ, &info);
+    }
     if (m_open->file == nullptr)
         throw KCHostFailure(path + ": not a sound file that can be read: " + sf_strerror(nullptr));
     if (info.channels < 1 || info.channels > 2)
@@ -68,6 +144,9 @@ int64_t KCSoundReader::Read(float* interleaved, int64_t numFrames) {
     return numRead;
 }
 
+// ---- Writing
+// ------------------------------------------------------------------------------------------------------
+
 struct KCSoundWriter::sOpen {
     SNDFILE* file = nullptr;
     ~sOpen() {
@@ -85,7 +164,7 @@ KCSoundWriter::KCSoundWriter(KCOutputFile& file, const sSOUND_FORMAT& format)
     if (sf_format_check(&info) == 0)
         m_file.Fail("this kind of file cannot hold " + std::to_string(info.channels) + " channels at " +
                     std::to_string(info.samplerate) + " Hz");
-    m_open->file = sf_open_fd(file.GetDescriptor(), SFM_WRITE, &info, SF_FALSE);
+    m_open->file = sf_open_virtual(&g_outputCalls, SFM_WRITE, &info, &m_file);
     if (m_open->file == nullptr)
         m_file.Fail(sf_strerror(nullptr));
     // The peak chunk holds the time of writing: two runs would differ by it.
@@ -101,7 +180,6 @@ void KCSoundWriter::Write(const float* interleaved, int64_t numFrames) {
 }
 
 void KCSoundWriter::Finish() {
-    sf_write_sync(m_open->file);
     const int problem = sf_close(m_open->file);
     m_open->file = nullptr;
     if (problem != SF_ERR_NO_ERROR)

@@ -16,7 +16,8 @@ struct sSOUND_FORMAT {
     uint32_t numChannels = 0; // 1 or 2
 };
 
-/// Reads any format that libsndfile knows.
+/// Reads any format that libsndfile knows, from a file or from an entry of an archive (input_file.h), which is
+/// unpacked into memory.
 class KCSoundReader {
   public:
     /// Throws KCHostFailure for a file that is missing, is no sound, or has more than two channels.

@@ -93,19 +93,18 @@ TEST_F(HostRefusal, OfAPlaceThatAParameterDoesNotHave) {
 
 TEST_F(HostRefusal, OfAMissingSession) {
     ExpectRefusal(Arguments("in.wav", "out.wav", {"--session", "none.yaml"}),
-                  "none.yaml: no session can be read: No such file or directory");
-    ExpectRefusal(Arguments("in.wav", "out.wav", {"--session", "/"}), "/: no session can be read: Is a directory");
+                  "none.yaml: cannot be read: no such file or folder");
+    ExpectRefusal(Arguments("in.wav", "out.wav", {"--session", "/"}), "/: cannot be read: it is a folder");
 }
 
 TEST_F(HostRefusal, OfAnOutputThatCannotBeWritten) {
-    ExpectRefusal(Arguments("in.wav", "nowhere/out.wav"),
-                  "nowhere/out.wav: cannot be written: No such file or directory");
+    ExpectRefusal(Arguments("in.wav", "nowhere/out.wav"), "nowhere/out.wav: cannot be written: no such folder");
     ExpectRefusal(Arguments("in.wav", "/dev/null"), "/dev/null: cannot be written: it is not a regular file");
     ExpectRefusal(Arguments("in.wav", Path("")), Path("") + ": cannot be written: it is a folder");
     ExpectRefusal(Arguments("in.wav", "out.mp3"),
                   "out.mp3: the name of a sound file to write must end in .wav, .aiff or .flac");
     ExpectRefusal(Arguments("in.wav", "out.wav", {"--table", "nowhere/t.txt"}),
-                  "nowhere/t.txt: cannot be written: No such file or directory");
+                  "nowhere/t.txt: cannot be written: no such folder");
 }
 
 TEST_F(HostRefusal, OfAFullDiskLeavesTheEarlierFile) {
