@@ -7,10 +7,13 @@
 #include <exception>
 #include <string>
 
+#include <korvolib/utilities/fm/path.h>
+
 #include "failure.h"
 #include "hosted_plugin.h"
 #include "interruption.h"
 #include "parameter_text.h"
+#include "plugin_scan.h"
 #include "render.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -20,17 +23,32 @@ constexpr int kExit_Failure = 2;
 
 constexpr const char* kPluginHelp = "A plug-in's shared object, or the name of one that stands beside this program";
 
-void List(const std::string& plugin) {
-    const KCHostedPlugin hosted(plugin);
+struct sLIST_OPTIONS {
+    std::string plugin;
+    int timeoutSeconds = 10;
+};
+
+void List(const sLIST_OPTIONS& options) {
+    // A plug-in beside the program goes before a folder that happens to have its name here.
+    const std::string path = FindPlugin(options.plugin);
+    if (FM::KCStPath(path.c_str()).IsFolder()) {
+        std::fputs(ScanTable(path, ScanPlugins(path, options.timeoutSeconds)).c_str(), stdout);
+        return;
+    }
+    const KCHostedPlugin hosted(options.plugin);
     std::fputs(ParameterTable(hosted.GetAlgorithm()).c_str(), stdout);
     std::fputs(LinkGroupTable(hosted.GetAlgorithm()).c_str(), stdout);
 }
 
 // Each command sets itself up on the command line and runs when it was named.
-void AddListCommand(CLI::App& app, std::string& plugin) {
-    CLI::App* const list = app.add_subcommand("list", "Print a plug-in's parameters as a table");
-    list->add_option("PLUGIN", plugin, kPluginHelp)->required();
-    list->callback([&plugin] { List(plugin); });
+void AddListCommand(CLI::App& app, sLIST_OPTIONS& options) {
+    CLI::App* const list =
+        app.add_subcommand("list", "Print a plug-in's parameters as a table, or what plug-ins a folder holds");
+    list->add_option("PLUGIN", options.plugin, std::string(kPluginHelp) + "; or a folder of plug-ins")->required();
+    list->add_option("--timeout", options.timeoutSeconds, "Seconds that each plug-in of a folder may take")
+        ->check(CLI::Range(1, 3600))
+        ->capture_default_str();
+    list->callback([&options] { List(options); });
 }
 
 void AddRenderCommand(CLI::App& app, sRENDER_OPTIONS& options) {
@@ -63,10 +81,10 @@ int Fail(std::string text) {
 int ParseAndRun(int argc, const char* const* argv) {
     CLI::App app("Runs plug-ins without a window: lists their parameters, renders sound files.", "korvo-host");
     app.require_subcommand(1);
-    std::string plugin;
-    sRENDER_OPTIONS options;
-    AddListCommand(app, plugin);
-    AddRenderCommand(app, options);
+    sLIST_OPTIONS listOptions;
+    sRENDER_OPTIONS renderOptions;
+    AddListCommand(app, listOptions);
+    AddRenderCommand(app, renderOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -16,6 +16,7 @@ class KCHostedPlugin {
     explicit KCHostedPlugin(const std::string& plugin);
 
     const char* GetName() const { return m_loader.GetEntry()->name; }
+    const char* GetMaker() const { return m_loader.GetEntry()->maker; }
     cALGORITHM& GetAlgorithm() const { return m_runner->GetAlgorithm(); }
     KCPluginRunner& GetRunner() const { return *m_runner; }
 

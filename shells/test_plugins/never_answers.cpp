@@ -1,0 +1,8 @@
+#include <shells/plugin.h>
+
+#include <unistd.h>
+
+extern "C" KORVO_API const kvKorvo::sPLUGIN_ENTRY* KorvoPluginEntry() {
+    for (;;)
+        pause();
+}
