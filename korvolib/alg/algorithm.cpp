@@ -5,6 +5,7 @@
 #include <korvolib/utilities/error_codes.h>
 
 #include <cstring>
+#include <utility>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -202,6 +203,17 @@ bool cALGORITHM::IsUpdateAlgRequired() const { return m_updateAlgRequired[0] || 
 
 const std::vector<size_t>& cALGORITHM::GetParamsNotSavedToUndo() const { return m_rest->notSavedToUndo; }
 
+void cALGORITHM::Dispose() {
+    const KCAlgorithmLock lock(*this);
+    if (std::exchange(m_rest->isDisposed, true))
+        return;
+    DisposeSelf();
+    m_hostCallback = nullptr;
+    m_execRefcon = nullptr;
+    m_rest->reporter = nullptr;
+    Broadcaster()->clear();
+}
+
 void cALGORITHM::DoIdle() {
     const KCAlgorithmLock lock(*this);
     if (!m_updateAlgRequired[0])
@@ -297,6 +309,8 @@ int32_t cALGORITHM::PrepareScaleFunctionsMapSelf(ScaleFunctionsMap&) { return kE
 int32_t cALGORITHM::FinishCreateSelf() { return kErr_NoErr; }
 int32_t cALGORITHM::InitExportItemMap() { return kErr_NoErr; }
 int32_t cALGORITHM::Init_Key_Values() { return kErr_NoErr; }
+void cALGORITHM::InitDataSelf() {}
+void cALGORITHM::DisposeSelf() {}
 size_t cALGORITHM::GetNumMetersSelf() const { return 0; }
 bool cALGORITHM::IsParamSavableToUndo(size_t) const { return true; }
 

@@ -121,6 +121,14 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     // From the shell's idle timer: a whole update, if one is required, executed and disposed.
     void DoIdle();
 
+    // As it was after creation: InitInstanceData, then every parameter at its initial state in both setups, in one
+    // restore, then InitDataSelf. The active setup stays. A user's "start afresh".
+    BUFFER_HEADER* InitData();
+
+    // The end, once, while the plug-in's hooks can still be reached: DisposeSelf; then the host callback, the
+    // reporter and all listeners are forgotten. The shell calls it before it destroys the object.
+    void Dispose();
+
     // ---- The lock ------------------------------------------------------------------------------------------
 
     void LockAlg() const { m_mutex.Lock(); }
@@ -297,6 +305,9 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     virtual int32_t PrepareParameterVecSelf(); // adds the parameters, when no "ParamsXML" does
     virtual int32_t PrepareScaleFunctionsMapSelf(ScaleFunctionsMap& map);
     virtual int32_t FinishCreateSelf();
+    virtual void InitDataSelf();
+    virtual void InitInstanceData(); // setup titles and words are emptied here; an override calls this
+    virtual void DisposeSelf();
     virtual size_t GetNumMetersSelf() const;
     virtual sPROCESS_MEMORY_SIZE
     GetProcessMemorySize() const; // two blocks of 256 bytes per parameter and 16, one target

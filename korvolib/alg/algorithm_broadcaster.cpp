@@ -53,6 +53,15 @@ bool KCAlgorithmBroadcaster::erase(KCAlgorithmListener* listener) noexcept {
     return true;
 }
 
+void KCAlgorithmBroadcaster::clear() noexcept {
+    if (m_depth == 0) {
+        m_listeners.clear();
+        return;
+    }
+    std::ranges::fill(m_listeners, nullptr);
+    m_hasGaps = true;
+}
+
 size_t KCAlgorithmBroadcaster::size() const noexcept {
     return m_listeners.size() - static_cast<size_t>(std::ranges::count(m_listeners, nullptr));
 }

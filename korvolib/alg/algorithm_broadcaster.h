@@ -39,6 +39,7 @@ class KORVO_API KCAlgorithmBroadcaster final : public KCAlgorithmListener {
     bool insert(KCAlgorithmListener* listener) noexcept;
     // False when it is not there.
     bool erase(KCAlgorithmListener* listener) noexcept;
+    void clear() noexcept; // nobody hears anything more
     size_t size() const noexcept;
 
     void PresetLoaded(EPluginSetup setup) override;

@@ -116,4 +116,19 @@ TEST(AlgorithmBroadcaster, ThrowingListenerLeavesItWorking) {
     EXPECT_EQ(broadcaster.size(), 1u);
 }
 
+TEST(AlgorithmBroadcaster, ClearedWhileTellingItFallsSilent) {
+    std::vector<std::string> log;
+    Listener first(log, "first "), second(log, "second ");
+    KCAlgorithmBroadcaster broadcaster;
+    broadcaster.insert(&first);
+    broadcaster.insert(&second);
+    first.onModified = [&] { broadcaster.clear(); };
+    broadcaster.PresetModified(kPluginSetup_A);
+    EXPECT_THAT(log, ElementsAre("first modified 0"));
+    EXPECT_EQ(broadcaster.size(), 0u);
+    broadcaster.insert(&second);
+    broadcaster.clear();
+    EXPECT_EQ(broadcaster.size(), 0u);
+}
+
 } // namespace

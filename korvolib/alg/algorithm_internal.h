@@ -14,7 +14,8 @@
 namespace kvKorvoV12_9_0_320 {
 
 struct cALGORITHM::sRest {
-    bool isCreated = false;  // FinishCreate has been called
+    bool isCreated = false; // FinishCreate has been called
+    bool isDisposed = false;
     bool isPrepared = false; // the parameters are complete: no more can be added
     int32_t createResult = 0;
     KCRuntimeReporter* reporter = nullptr;

@@ -344,6 +344,51 @@ TEST(AlgorithmHooks, ScaleFunctionsComeFromThePlugIn) {
     EXPECT_EQ(RecordingAlgorithm().PrepareScaleFunctionsMap(map), 0);
 }
 
+// ---- Afresh, and the end --------------------------------------------------------------------------------------
+
+TEST(AlgorithmInitData, EverythingIsAsAfterCreation) {
+    struct Fresh : RecordingAlgorithm {
+        using RecordingAlgorithm::RecordingAlgorithm;
+        void InitDataSelf() override { log.push_back("own data"); }
+    };
+    sCONTROL_PARAM gain = LinearParam("Gain");
+    gain.SetInitialState(500.0);
+    Fresh algorithm({gain, LinearParam("Trim")});
+    algorithm.FinishCreate();
+    algorithm.UpdateParamRequestState(0, 700.0);
+    algorithm.SetActiveSetup(kPluginSetup_B);
+    algorithm.UpdateParamRequestState(1, 300.0);
+    algorithm.SetSetupTitle(kPluginSetup_A, KCFixedString<127>("Warm"));
+    algorithm.GetParam(0)->SetSetupWord(kPluginSetup_A, 5);
+    algorithm.TakeLog();
+    algorithm.InitData();
+    EXPECT_THAT(algorithm.log, ElementsAre("title A", "apply 1", "modified B", "notify 1", "own data"));
+    EXPECT_EQ(algorithm.GetParam(0)->GetState(kPluginSetup_A), 500.0);
+    EXPECT_EQ(algorithm.GetParam(1)->GetState(kPluginSetup_B), 0.0);
+    EXPECT_EQ(algorithm.GetParam(0)->GetSetupWord(kPluginSetup_A), 0);
+    EXPECT_EQ(algorithm.GetActiveSetup(), kPluginSetup_B);
+}
+
+TEST(AlgorithmDispose, EndsOnceWhileTheHooksCanBeReached) {
+    struct Ending : RecordingAlgorithm {
+        using RecordingAlgorithm::RecordingAlgorithm;
+        void DisposeSelf() override {
+            log.push_back(GetExecRefcon() != nullptr ? "dispose (host there)" : "dispose");
+        }
+    } algorithm({LinearParam("Gain")});
+    algorithm.FinishCreate();
+    algorithm.SetHostCallback([](int32_t, void*, intptr_t, intptr_t, intptr_t, intptr_t) -> intptr_t { return 0; },
+                              &algorithm);
+    algorithm.TakeLog();
+    algorithm.Dispose();
+    algorithm.Dispose();
+    EXPECT_THAT(algorithm.TakeLog(), ElementsAre("dispose (host there)"));
+    EXPECT_EQ(algorithm.GetHostCallback(), nullptr);
+    EXPECT_EQ(algorithm.Broadcaster()->size(), 0u);
+    algorithm.UpdateParamRequestState(0, 500.0);
+    EXPECT_THAT(algorithm.log, ElementsAre("apply 0", "notify 0")); // nobody listens any more
+}
+
 // ---- Descriptions ---------------------------------------------------------------------------------------------
 
 TEST(AlgorithmDescription, BuildsTheParametersAndTheirLinks) {

@@ -224,6 +224,33 @@ bool cALGORITHM::CopySetupOfParam(size_t index, EPluginSetup from, EPluginSetup 
     return !param.HasFlag(kParamFlags_NeverModifiesPreset);
 }
 
+cALGORITHM::BUFFER_HEADER* cALGORITHM::InitData() {
+    const KCAlgorithmLock lock(*this);
+    InitInstanceData();
+    std::vector<sPARAM_VALUES> values;
+    try {
+        values.resize(m_params.size());
+    } catch (const std::bad_alloc&) {
+        return nullptr; // nothing has moved
+    }
+    for (size_t index = 0; index < m_params.size(); ++index) {
+        const double state = m_params[index].GetInitialState();
+        const double realWorld = m_params[index].StateToRealWorld(state);
+        values[index] = {{state, state}, {realWorld, realWorld}};
+    }
+    BUFFER_HEADER* const chain = RestoreParams(nullptr, values.data(), values.size(), m_activeSetup);
+    InitDataSelf();
+    return chain;
+}
+
+void cALGORITHM::InitInstanceData() {
+    for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B}) {
+        SetSetupTitle(setup, KCFixedString<127>());
+        for (sCONTROL_PARAM& param : m_params)
+            param.SetSetupWord(setup, 0);
+    }
+}
+
 void cALGORITHM::SetupToSetupString(EPluginSetup setup, KCFixedString<15>& out) {
     out = IsPluginSetup(setup) ? kSetupTexts[setup] : "";
 }
