@@ -114,7 +114,16 @@ const sPLUGIN_ENTRY* PluginEntry(const char* name, const char* maker) noexcept {
                                                 return nullptr;
                                             }
                                         },
-                                        [](KCPlugin* plugin) noexcept { delete plugin; }};
+                                        [](KCPlugin* plugin) noexcept {
+                                            if (plugin == nullptr)
+                                                return;
+                                            try { // the hooks' last call, while they are still there
+                                                static_cast<Plugin*>(plugin)->GetAlgorithm().Dispose();
+                                            } catch (...) {
+                                                static_cast<void>(plugin);
+                                            }
+                                            delete plugin;
+                                        }};
     return &entry;
 }
 

@@ -1,4 +1,5 @@
 #include <shells/plugin_loader.h>
+#include <shells/test_plugins/gain_plugin.h>
 
 #include <korvolib/utilities/error_codes.h>
 #include <shells/plugin_runner.h>
@@ -132,6 +133,23 @@ TEST(PluginEntryCheck, RefusesNullAndIncompleteRecords) {
     entry.create = nullptr;
     EXPECT_EQ(CheckPluginEntry(&entry, "p", error), kErr_Generic);
     EXPECT_THAT(error.c_str(), HasSubstr("incomplete"));
+}
+
+TEST(PluginEntry, EndsThePlugInBeforeItIsDestroyed) {
+    struct Ending : kvTest::KCGainPlugin {
+        static int& NumEnded() {
+            static int numEnded = 0;
+            return numEnded;
+        }
+        void DisposeSelf() override {
+            ++NumEnded();
+            throw 1; // which must not reach the host
+        }
+    };
+    const kvKorvo::sPLUGIN_ENTRY* const entry = kvKorvo::PluginEntry<Ending>("Ending", "Test");
+    entry->destroy(entry->create());
+    EXPECT_EQ(Ending::NumEnded(), 1);
+    entry->destroy(nullptr);
 }
 
 } // namespace
