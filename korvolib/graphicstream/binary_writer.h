@@ -106,13 +106,19 @@ class KORVO_API KCGraphicStreamBinaryWriter {
     /// Solid with less than a whole sweep is a pie.
     Writer& DrawOval(const SGSRect& rect, KEGSMethod method = kSolid, float startAngle = 0,
                      float sweepAngle = 360) noexcept;
-    Writer& DrawSolidRect(SGSRGBAColor color, const KURect<short>& rect) noexcept;
+    Writer& DrawSolidRect(SGSRGBAColor color, const KURect<short>& rect) noexcept {
+        return AppendShortRect(m_settings.flags, color, Corner(rect.left, rect.top),
+                               Corner(rect.right, rect.bottom));
+    }
     Writer& DrawSolidRect(SGSRGBAColor color, const KURect<float>& rect) noexcept;
     /// The line lies inside the rectangle.
     Writer& DrawWireRect(SGSRGBAColor color, const KURect<short>& rect) noexcept;
     Writer& DrawWireRect(SGSRGBAColor color, const KURect<float>& rect) noexcept;
     /// Solid, in XOR mode whatever the setting, in the draw colour.
-    Writer& DrawXORRect(const KURect<short>& rect) noexcept;
+    Writer& DrawXORRect(const KURect<short>& rect) noexcept {
+        return AppendShortRect(m_settings.flags | eDrawInXORMode, m_settings.color, Corner(rect.left, rect.top),
+                               Corner(rect.right, rect.bottom));
+    }
     Writer& DrawXORRect(const KURect<float>& rect) noexcept;
     /// The vertices of the arrays' range, with their colours if there is one for each. `kind` is kPolygon,
     /// kLineStrip, kTriangleFan, kTriangleStrip or kStraightLines; the method counts for polygons and triangles.
@@ -199,12 +205,16 @@ class KORVO_API KCGraphicStreamBinaryWriter {
     void Fail(int32_t error) noexcept;
     Writer& AppendTailRecord(uint32_t code, std::string_view tail) noexcept;
     Writer& AppendOval(const SGSRect& rect, KEGSMethod method, float startAngle, float sweepAngle) noexcept;
-    template <class Coordinate>
+    template <class Coordinate, class... Points>
     Writer& AppendShape(uint32_t kind, KEGSMethod method, uint32_t flags, SGSRGBAColor color,
-                        const Coordinate* coordinates, uint32_t count) noexcept;
-    template <class Coordinate>
-    Writer& AppendRect(KEGSMethod method, uint32_t flags, SGSRGBAColor color,
-                       const KURect<Coordinate>& rect) noexcept;
+                        Points... points) noexcept;
+    /// Corners travel in registers: a rectangle of shorts read back from memory costs more than its record.
+    static constexpr uint32_t Corner(short x, short y) noexcept {
+        return static_cast<uint16_t>(x) | uint32_t{static_cast<uint16_t>(y)} << 16;
+    }
+    Writer& AppendShortRect(uint32_t flags, SGSRGBAColor color, uint32_t leftTop, uint32_t rightBottom) noexcept;
+    Writer& AppendFloatRect(KEGSMethod method, uint32_t flags, SGSRGBAColor color,
+                            const KURect<float>& rect) noexcept;
     Writer& AppendText(KCGSText text, const SGSRect& rect, uint32_t horizontal, uint32_t vertical,
                        const SGSRect& clip, float angle) noexcept;
     Writer& AppendImage(const KCGSImage& image, SGSLocation location, SGSSize size, const SGSRect& clip) noexcept;

@@ -44,10 +44,10 @@ void Rects(KCGraphicStreamBinaryWriter& writer) {
 }
 void Rects(BumpWriter& writer) {
     for (short i = 0; i < kCount; ++i) {
-        const int16_t corners[] = {i, 2, 30, 2, 30, 40, i, 40};
-        writer.Put(uint32_t{kDataHere}, uint32_t{36}, uint32_t{kPoint2D}, uint32_t{kInt16}, uint32_t{8}, corners,
-                   uint32_t{kDrawVertices}, uint32_t{32}, uint32_t{kAntialias}, SGSRGBAColor{1, 2, 3, 255}, 1.0F,
-                   uint16_t{0xFFFF}, kSolid, uint32_t{kPolygon}, uint32_t{4});
+        writer.Put(uint32_t{kDataHere}, uint32_t{36}, uint32_t{kPoint2D}, uint32_t{kInt16}, uint32_t{8}, i,
+                   short{2}, short{30}, short{2}, short{30}, short{40}, i, short{40}, uint32_t{kDrawVertices},
+                   uint32_t{32}, uint32_t{kAntialias}, SGSRGBAColor{1, 2, 3, 255}, 1.0F, uint16_t{0xFFFF}, kSolid,
+                   uint32_t{kPolygon}, uint32_t{4});
     }
 }
 

@@ -16,40 +16,54 @@ constexpr int CoordinateType() noexcept {
 
 } // namespace
 
-/// The points in place and the command that uses them, in one piece.
-template <class Coordinate>
-KCGraphicStreamBinaryWriter&
-KCGraphicStreamBinaryWriter::AppendShape(uint32_t kind, KEGSMethod method, uint32_t flags, SGSRGBAColor color,
-                                         const Coordinate* coordinates, uint32_t count) noexcept {
-    const size_t bytes = size_t{count} * 2 * sizeof(Coordinate);
-    uint8_t* const at = Reserve(sizeof(SGSDataHere) + bytes + sizeof(SGSDrawVertices));
+/// The points in place and the command that uses them, in one piece. The points come as values that lie in memory
+/// as their coordinates do, and go straight to where they belong: gathered in an array first, they would be read
+/// back while they are still being stored.
+template <class Coordinate, class... Points>
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendShape(uint32_t kind, KEGSMethod method,
+                                                                      uint32_t flags, SGSRGBAColor color,
+                                                                      Points... points) noexcept {
+    constexpr size_t kBytes = (sizeof(Points) + ...);
+    constexpr size_t kCoordinates = kBytes / sizeof(Coordinate);
+    uint8_t* const at = Reserve(sizeof(SGSDataHere) + kBytes + sizeof(SGSDrawVertices));
     if (at == nullptr)
         return *this;
     RecordBytes(at)
-        .PutData(CoordinateType<Coordinate>(), kPoint2D, coordinates, size_t{count} * 2, bytes)
-        .Put(uint32_t{kDrawVertices}, uint32_t{sizeof(SGSDrawVertices)}, flags, color, m_settings.strokeWidth,
-             m_settings.strokePattern, method, kind, count);
+        .PutDataHeader(CoordinateType<Coordinate>(), kPoint2D, kCoordinates, kBytes)
+        .Put(points...)
+        .Put(
+            Join(uint32_t{kDrawVertices}, uint32_t{sizeof(SGSDrawVertices)}),
+            Join(flags, std::bit_cast<uint32_t>(color)),
+            Join(std::bit_cast<uint32_t>(m_settings.strokeWidth), Join(m_settings.strokePattern, uint16_t{method})),
+            Join(kind, uint32_t{kCoordinates / 2}));
     return *this;
 }
 
-template <class Coordinate>
-KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendRect(KEGSMethod method, uint32_t flags,
-                                                                     SGSRGBAColor color,
-                                                                     const KURect<Coordinate>& rect) noexcept {
-    const Coordinate corners[] = {rect.left,  rect.top,    rect.right, rect.top,
-                                  rect.right, rect.bottom, rect.left,  rect.bottom};
-    return AppendShape(kPolygon, method, flags, color, corners, 4);
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendShortRect(uint32_t flags, SGSRGBAColor color,
+                                                                          uint32_t leftTop,
+                                                                          uint32_t rightBottom) noexcept {
+    constexpr uint32_t kX = 0x0000FFFF;
+    constexpr uint32_t kY = 0xFFFF0000;
+    const uint32_t rightTop = (rightBottom & kX) | (leftTop & kY);
+    const uint32_t leftBottom = (leftTop & kX) | (rightBottom & kY);
+    return AppendShape<short>(kPolygon, kSolid, flags, color, Join(leftTop, rightTop),
+                              Join(rightBottom, leftBottom));
+}
+
+KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendFloatRect(KEGSMethod method, uint32_t flags,
+                                                                          SGSRGBAColor color,
+                                                                          const KURect<float>& rect) noexcept {
+    return AppendShape<float>(kPolygon, method, flags, color, rect.left, rect.top, rect.right, rect.top, rect.right,
+                              rect.bottom, rect.left, rect.bottom);
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLine(SGSLocation from, SGSLocation to) noexcept {
-    const float points[] = {from.x, from.y, to.x, to.y};
-    return AppendShape(kStraightLines, kWire, m_settings.flags, m_settings.color, points, 2);
+    return AppendShape<float>(kStraightLines, kWire, m_settings.flags, m_settings.color, from, to);
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawLineOfShorts(KUPoint<short> from,
                                                                            KUPoint<short> to) noexcept {
-    const int16_t points[] = {from.x, from.y, to.x, to.y};
-    return AppendShape(kStraightLines, kWire, m_settings.flags, m_settings.color, points, 2);
+    return AppendShape<short>(kStraightLines, kWire, m_settings.flags, m_settings.color, from, to);
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawArcLine(const SGSRect& rect, float startAngle,
@@ -73,13 +87,8 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendOval(const SGSRe
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawSolidRect(SGSRGBAColor color,
-                                                                        const KURect<short>& rect) noexcept {
-    return AppendRect(kSolid, m_settings.flags, color, rect);
-}
-
-KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawSolidRect(SGSRGBAColor color,
                                                                         const KURect<float>& rect) noexcept {
-    return AppendRect(kSolid, m_settings.flags, color, rect);
+    return AppendFloatRect(kSolid, m_settings.flags, color, rect);
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawWireRect(SGSRGBAColor color,
@@ -90,15 +99,11 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawWireRect(SGSRGBACo
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawWireRect(SGSRGBAColor color,
                                                                        const KURect<float>& rect) noexcept {
     const float half = m_settings.strokeWidth / 2;
-    return AppendRect(kWire, m_settings.flags, color, rect.Inset(half, half));
-}
-
-KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawXORRect(const KURect<short>& rect) noexcept {
-    return AppendRect(kSolid, m_settings.flags | eDrawInXORMode, m_settings.color, rect);
+    return AppendFloatRect(kWire, m_settings.flags, color, rect.Inset(half, half));
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawXORRect(const KURect<float>& rect) noexcept {
-    return AppendRect(kSolid, m_settings.flags | eDrawInXORMode, m_settings.color, rect);
+    return AppendFloatRect(kSolid, m_settings.flags | eDrawInXORMode, m_settings.color, rect);
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawVertices(uint32_t kind, KEGSMethod method) noexcept {

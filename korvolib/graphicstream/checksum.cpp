@@ -22,17 +22,32 @@ uint64_t LoadWord(const uint8_t* bytes) noexcept {
     return word;
 }
 
-// The last 0 to 7 bytes as a number.
-uint64_t LoadTail(const uint8_t* bytes, size_t length) noexcept {
-    uint64_t word = 0;
-    std::memcpy(&word, bytes, length);
-    return word;
+// Up to eight bytes are their own hash. Apart, so that the way of longer inputs needs no room on the stack.
+[[gnu::noinline]] uint64_t AsNumber(const uint8_t* bytes, size_t length) noexcept {
+    uint64_t number = 0;
+    if (bytes != nullptr && length != 0)
+        std::memcpy(&number, bytes, length);
+    return number;
 }
 
 uint64_t Scramble(uint64_t word) noexcept {
     word *= kMultiplier;
     word ^= word >> kShift;
     return word * kMultiplier;
+}
+
+// The last 1 to 15 bytes of an input of more than eight.
+uint64_t AddRest(uint64_t hash, const uint8_t* bytes, size_t length) noexcept {
+    if ((length & 8) != 0) {
+        hash = (hash ^ Scramble(LoadWord(bytes))) * kMultiplier;
+        bytes += 8;
+    }
+    const size_t tail = length & 7;
+    if (tail == 0)
+        return hash;
+    // The last word that ends with them, without what comes before them.
+    const uint64_t number = LoadWord(bytes + tail - 8) >> (64 - 8 * tail);
+    return (hash ^ number) * kMultiplier;
 }
 
 uint64_t Finish(uint64_t hash) noexcept {
@@ -44,19 +59,20 @@ uint64_t Finish(uint64_t hash) noexcept {
 } // namespace
 
 uint64_t MurmurHash64A(const void* data, size_t length, uint64_t seed) noexcept {
-    if (data == nullptr || length == 0)
-        return 0;
     const auto* bytes = static_cast<const uint8_t*>(data);
-    if (length < 8)
-        return LoadTail(bytes, length);
-    if (length == 8)
-        return LoadWord(bytes);
+    if (length <= 8) [[unlikely]]
+        return AsNumber(bytes, length);
+    if (bytes == nullptr) [[unlikely]]
+        return 0;
     uint64_t hash = seed ^ (length * kMultiplier);
-    const uint8_t* const wordsEnd = bytes + (length & ~size_t{7});
-    for (; bytes != wordsEnd; bytes += 8)
+    // Two words a turn: half the branches, which is what short inputs spend their time on.
+    const uint8_t* const pairsEnd = bytes + (length & ~size_t{15});
+    for (; bytes != pairsEnd; bytes += 16) {
         hash = (hash ^ Scramble(LoadWord(bytes))) * kMultiplier;
-    if ((length & 7) != 0)
-        hash = (hash ^ LoadTail(bytes, length & 7)) * kMultiplier;
+        hash = (hash ^ Scramble(LoadWord(bytes + 8))) * kMultiplier;
+    }
+    if ((length & 15) != 0)
+        hash = AddRest(hash, bytes, length & 15);
     return Finish(hash);
 }
 

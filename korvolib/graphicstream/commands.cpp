@@ -41,34 +41,6 @@ const NameTable& Names() noexcept {
 }
 [[maybe_unused]] const NameTable& filledAtLoad = Names();
 
-struct TypeTraits {
-    size_t elementSize;
-    size_t components;
-};
-
-TypeTraits TraitsOf(int dataType) noexcept {
-    switch (static_cast<uint32_t>(dataType)) {
-    case kInt16:
-        return {2, 1};
-    case kFloat:
-    case kInt32:
-    case kResID:
-        return {4, 1};
-    case kRect:
-        return {16, 4};
-    case kPoint2D:
-        return {8, 2};
-    case kPoint3D:
-        return {12, 3};
-    case kRGBColor:
-        return {3, 3};
-    case kRGBAColor:
-        return {4, 4};
-    default:
-        return {1, 1};
-    }
-}
-
 struct FlagName {
     uint32_t flag;
     std::string_view name;
@@ -151,9 +123,6 @@ uint32_t GraphicStreamTextToDrawLineFlags(const char* text) noexcept {
     }
     return flags;
 }
-
-size_t GetDataTypeSize(int dataType) noexcept { return TraitsOf(dataType).elementSize; }
-size_t GetDataTypeComponents(int dataType) noexcept { return TraitsOf(dataType).components; }
 
 bool DataTypeToPurposeMatch(int dataType, int purpose) noexcept {
     const auto type = static_cast<uint32_t>(dataType);

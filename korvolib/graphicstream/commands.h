@@ -129,13 +129,50 @@ inline uint32_t GraphicStreamTextToDrawLineFlags(const KCFixedStringBase& text) 
 }
 
 /// Bytes of one element of a data type; 1 for a type outside the table, whose elements are bytes.
-KORVO_API size_t GetDataTypeSize(int dataType) noexcept;
+constexpr size_t GetDataTypeSize(int dataType) noexcept;
 /// How many plain numbers one element of a data type holds: 2 for Point2D, 4 for Rect; 1 for others.
-KORVO_API size_t GetDataTypeComponents(int dataType) noexcept;
+constexpr size_t GetDataTypeComponents(int dataType) noexcept;
 
 /// True if data of this type can serve this purpose: the purpose is the type itself, or what its numbers make up
 /// (Point2D and Point3D of int16 or float, colours of uint8, Rect of int32 or float, "Clip Rectangles" of Rect,
 /// ResID of int32, Text of char, an embedded picture, purpose DrawImage, of uint8). Any and None take every type.
 KORVO_API bool DataTypeToPurposeMatch(int dataType, int purpose) noexcept;
+
+constexpr size_t GetDataTypeSize(int dataType) noexcept {
+    switch (static_cast<uint32_t>(dataType)) {
+    case kInt16:
+        return 2;
+    case kRGBColor:
+        return 3;
+    case kFloat:
+    case kInt32:
+    case kResID:
+    case kRGBAColor:
+        return 4;
+    case kPoint2D:
+        return 8;
+    case kPoint3D:
+        return 12;
+    case kRect:
+        return 16;
+    default:
+        return 1;
+    }
+}
+
+constexpr size_t GetDataTypeComponents(int dataType) noexcept {
+    switch (static_cast<uint32_t>(dataType)) {
+    case kPoint2D:
+        return 2;
+    case kPoint3D:
+    case kRGBColor:
+        return 3;
+    case kRect:
+    case kRGBAColor:
+        return 4;
+    default:
+        return 1;
+    }
+}
 
 } // namespace kvKorvoV12_9_0_320::kvGS

@@ -55,19 +55,27 @@ int32_t KCGraphicStreamEngineBase::ExecStream(const KCGraphicStreamBinaryWriter&
 void KCGraphicStreamEngineBase::ExecMissingEnd(uint32_t) {}
 
 int32_t KCGraphicStreamEngineBase::Walk(const uint8_t* stream, size_t size) {
-    while (m_offset != size) {
-        if (size - m_offset < sizeof(SGSHeader))
-            return kErr_MalformedStream;
+    // Kept out of memory while records are small and many.
+    size_t offset = 0;
+    size_t count = 0;
+    int32_t result = kErr_NoErr;
+    while (offset != size) {
         SGSHeader header;
-        std::memcpy(&header, stream + m_offset, sizeof header);
-        if (header.size < sizeof header || header.size > size - m_offset)
-            return kErr_MalformedStream;
-        const int32_t result = Dispatch(stream + m_offset, header.code, header.size);
+        result = kErr_MalformedStream;
+        if (size - offset < sizeof header)
+            break;
+        std::memcpy(&header, stream + offset, sizeof header);
+        if (header.size < sizeof header || header.size > size - offset)
+            break;
+        result = Dispatch(stream + offset, offset, header);
         if (result != kErr_NoErr)
-            return result;
-        m_offset += header.size;
+            break;
+        offset += header.size;
+        ++count;
     }
-    return kErr_NoErr;
+    m_offset = offset;
+    m_ExecCommands_count = count;
+    return result;
 }
 
 // What has to hold before the handler of a command is called.
@@ -82,23 +90,21 @@ int32_t KCGraphicStreamEngineBase::Check(const KCGSRecord<Record>& command, uint
         result = Enter(kCode);
     else if constexpr (kCode == kEndStream || kCode == kEndFrame)
         result = Leave(kCode);
-    m_ExecCommands_count += result == kErr_NoErr;
     return result;
 }
 
-int32_t KCGraphicStreamEngineBase::Dispatch(const uint8_t* record, uint32_t code, uint32_t size) {
-    switch (code) {
+inline int32_t KCGraphicStreamEngineBase::Dispatch(const uint8_t* record, size_t offset, SGSHeader header) {
+    switch (header.code) {
 #define KV_GS_CASE(identifier, display, shortName, value, Record, tail)                                            \
     case k##identifier: {                                                                                          \
-        const KCGSRecord<Record> command(record, m_offset);                                                        \
-        const int32_t result = Check<Record, k##identifier, tail>(command, size);                                  \
+        const KCGSRecord<Record> command(record, offset);                                                          \
+        const int32_t result = Check<Record, k##identifier, tail>(command, header.size);                           \
         return result == kErr_NoErr ? Exec##identifier(command) : result;                                          \
     }
         KV_GS_COMMANDS(KV_GS_CASE)
 #undef KV_GS_CASE
     default:
-        ++m_ExecCommands_count;
-        return ExecUnknown({record, m_offset});
+        return ExecUnknown({record, offset});
     }
 }
 

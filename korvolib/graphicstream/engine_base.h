@@ -37,7 +37,7 @@ class KORVO_API KCGraphicStreamEngineBase {
     /// Plays what the writer of this process has recorded, data by pointer included.
     [[nodiscard]] int32_t ExecStream(const KCGraphicStreamBinaryWriter& writer) noexcept;
 
-    /// Commands executed by the last walk, unknown ones included.
+    /// Commands that the last walk executed without an error, unknown ones included.
     size_t GetExecCommandsCount() const noexcept { return m_ExecCommands_count; }
     /// Ends of frames among them.
     size_t GetEndFramesCount() const noexcept { return m_endFramesCount; }
@@ -72,7 +72,7 @@ class KORVO_API KCGraphicStreamEngineBase {
 
   private:
     int32_t Walk(const uint8_t* stream, size_t size);
-    int32_t Dispatch(const uint8_t* record, uint32_t code, uint32_t size);
+    int32_t Dispatch(const uint8_t* record, size_t offset, SGSHeader header);
     template <class Record, uint32_t kCode, bool kTail>
     int32_t Check(const KCGSRecord<Record>& command, uint32_t size) noexcept;
     void CloseWhatIsOpen();

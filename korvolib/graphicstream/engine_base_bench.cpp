@@ -6,9 +6,32 @@
 
 #include <korvolib/graphicstream/binary_writer.h>
 
+using namespace kvKorvo::kvGS;
+
+// The peer: a switch over the same codes with one virtual call each, and nothing checked. Outside the unnamed
+// namespace, where the compiler would see that there is one class of handlers only, and leave the calls out.
+namespace kvGSBench {
+
+class Handlers {
+  public:
+    virtual ~Handlers() = default;
+#define HANDLER(identifier, display, shortName, code, record, tail)                                                \
+    virtual int32_t On##identifier(const uint8_t*) = 0;
+    KV_GS_COMMANDS(HANDLER)
+#undef HANDLER
+};
+class NullHandlers final : public Handlers {
+#define NOTHING(identifier, display, shortName, code, record, tail)                                                \
+    int32_t On##identifier(const uint8_t*) override { return 0; }
+    KV_GS_COMMANDS(NOTHING)
+#undef NOTHING
+};
+
+} // namespace kvGSBench
+
 namespace {
 
-using namespace kvKorvo::kvGS;
+using namespace kvGSBench;
 
 void Record(KCGraphicStreamBinaryWriter& writer) {
     for (short i = 0; i < 250; ++i) {
@@ -33,22 +56,6 @@ void WalkKorvo(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(engine.ExecStream(writer));
 }
-
-// A switch over the same codes with one virtual call each, and nothing checked.
-class Handlers {
-  public:
-    virtual ~Handlers() = default;
-#define HANDLER(identifier, display, shortName, code, record, tail)                                                \
-    virtual int32_t On##identifier(const uint8_t*) = 0;
-    KV_GS_COMMANDS(HANDLER)
-#undef HANDLER
-};
-class NullHandlers final : public Handlers {
-#define NOTHING(identifier, display, shortName, code, record, tail)                                                \
-    int32_t On##identifier(const uint8_t*) override { return 0; }
-    KV_GS_COMMANDS(NOTHING)
-#undef NOTHING
-};
 
 int32_t BareWalk(Handlers& handlers, const uint8_t* at, const uint8_t* end) {
     while (at != end) {

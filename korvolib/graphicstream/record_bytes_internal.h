@@ -2,6 +2,7 @@
 // aside and copied is read back from memory that was only just written, and takes three times as long.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -9,6 +10,11 @@
 #include <korvolib/graphicstream/records.h>
 
 namespace kvKorvoV12_9_0_320::kvGS {
+
+/// Two neighbours as one: a store of eight bytes takes no longer than one of two, and the compiler does not join
+/// them.
+inline uint64_t Join(uint32_t low, uint32_t high) noexcept { return low | uint64_t{high} << 32; }
+inline uint32_t Join(uint16_t low, uint16_t high) noexcept { return low | uint32_t{high} << 16; }
 
 class RecordBytes {
   public:
