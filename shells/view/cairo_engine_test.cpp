@@ -9,9 +9,6 @@
 #include <shells/view/cairo_picture.h>
 #include <shells/view/pixels_test_internal.h>
 
-// fontconfig keeps what it has read for the rest of the process, where the leak checker cannot see who holds it.
-extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
-
 namespace {
 
 using namespace kvKorvo::kvGS;
