@@ -167,10 +167,11 @@ std::vector<sSCANNED_PLUGIN> ScanPlugins(const std::string& folder, int timeoutS
     if (const int32_t result = iterator.GetFilePathVectorFromFolderSortByName(files, KCSharedObjects());
         result != 0)
         throw KCHostFailure(folder + ": cannot be read: " + FileProblem(result));
+    const std::string inFolder = folder.ends_with('/') ? folder : folder + '/';
     std::vector<sSCANNED_PLUGIN> plugins;
     for (const FM::KCStPath& file : files) {
         const std::string name = file.GetLeaf().c_str();
-        plugins.push_back(Scan(folder + (folder.ends_with('/') ? "" : "/") + name, timeoutSeconds));
+        plugins.push_back(Scan(std::string(inFolder).append(name), timeoutSeconds));
         plugins.back().file = name;
         ThrowIfInterrupted();
     }
