@@ -37,22 +37,27 @@ void KCOutputFile::Write(std::string_view bytes) {
 
 // The file's own cursor follows only for a write: what merely looks around may look further than the layer seeks.
 bool KCOutputFile::TryWrite(std::string_view bytes) noexcept {
+    if (!m_problem.empty())
+        return false;
     errno = 0;
     int32_t result = kErr_NoErr;
+    size_t done = 0;
     if (m_position != m_fileCursor)
         result = m_file->SetCursor(static_cast<long>(m_position), FM::KEPositionMode::FromStart);
-    size_t done = 0;
-    if (result == kErr_NoErr)
+    if (result == kErr_NoErr) {
         result = m_file->Write(bytes.data(), bytes.size(), done);
-    m_position += static_cast<int64_t>(done);
-    m_fileCursor = m_position;
-    m_size = std::max(m_size, m_position);
-    if (result != kErr_NoErr && m_problem.empty())
+        m_position += static_cast<int64_t>(done);
+        m_fileCursor = m_position;
+        m_size = std::max(m_size, m_position);
+    }
+    if (result != kErr_NoErr)
         m_problem = FileProblem(result);
     return result == kErr_NoErr;
 }
 
 void KCOutputFile::Keep() {
+    if (!m_problem.empty())
+        Fail({});
     errno = 0;
     if (const int32_t result = m_file->Commit(); result != kErr_NoErr)
         Fail(FileProblem(result));

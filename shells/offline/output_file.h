@@ -27,13 +27,14 @@ class KCOutputFile {
     /// Throws KCHostFailure.
     void Write(std::string_view bytes);
 
-    // For a library that moves about in the file it writes. Nothing is thrown; the first problem is kept for Fail.
+    // For a library that moves about in the file it writes. Nothing is thrown; after the first problem nothing more
+    // is written, Keep fails, and Fail tells it.
     bool TryWrite(std::string_view bytes) noexcept;
     void Seek(int64_t position) noexcept { m_position = position; } // takes effect with the next write
     int64_t GetPosition() const noexcept { return m_position; }
     int64_t GetSize() const noexcept { return m_size; }
 
-    /// Gives the file its name. Once, at the end.
+    /// Gives the file its name, if every write succeeded; throws otherwise. Once, at the end.
     void Keep();
 
     /// Throws "path: cannot be written: reason"; the reason is that of the first write that failed, where one did.

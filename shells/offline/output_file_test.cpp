@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
+#include <korvolib/utilities/error_codes.h>
 #include <korvolib/utilities/fm/file.h>
 
 #include "failure.h"
@@ -54,11 +57,15 @@ TEST_F(OutputFile, GoesBackAndFarAwayWhileNothingIsWrittenThere) {
     EXPECT_EQ(Contents(), "HEAD, data");
 }
 
-TEST_F(OutputFile, TellsWhyAWriteFailed) {
+TEST_F(OutputFile, IsNotKeptAfterAWriteThatFailed) {
     KCOutputFile file(m_path);
     file.Seek(int64_t{1} << 40);
     EXPECT_FALSE(file.TryWrite("x"));
+    file.Seek(0);
+    EXPECT_FALSE(file.TryWrite("x"));
     EXPECT_THROW(file.Write("x"), KCHostFailure);
+    EXPECT_THROW(file.Keep(), KCHostFailure);
+    EXPECT_EQ(Contents(), "");
 }
 
 TEST_F(OutputFile, IsOneWritersAlone) {
