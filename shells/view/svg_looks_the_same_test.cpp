@@ -2,6 +2,7 @@
 // pixel, text by its box. With KORVO_TEST_PICTURES=folder both pictures of each scene are kept there.
 
 #include <cstdlib>
+#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -25,6 +26,8 @@ struct Scene {
     void (*draw)(Writer& writer);
     bool isText = false;
 };
+
+std::ostream& operator<<(std::ostream& out, const Scene& scene) { return out << scene.name; }
 
 void KeepPicture(cairo_surface_t* surface, const std::string& name) {
     if (const char* folder = std::getenv("KORVO_TEST_PICTURES"))
