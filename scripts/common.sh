@@ -40,7 +40,7 @@ run_tests() {
     local preset=$1 report="$PWD/build/$1/test-report.xml" status=0
     rm -f "$report"
     ctest --preset "$preset" -j "$(nproc)" --output-junit "$report" >"build/$preset/test.log" 2>&1 || status=$?
-    [ "$status" -eq 0 ] || sed -n '/\*\*\*\|Failure\|error:\|The following/p' "build/$preset/test.log" | head -200 >&2
+    [ "$status" -eq 0 ] || grep -E '\*\*\*(Failed|Exception|Timeout)|: Failure$|: error:|^SUMMARY' "build/$preset/test.log" | head -200 >&2
     count() { grep -o -m1 "$1=\"[0-9]*\"" "$report" | grep -o '[0-9]*' || echo 0; }
     if [ ! -s "$report" ]; then
         tail -20 "build/$preset/test.log" >&2
