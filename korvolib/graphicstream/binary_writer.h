@@ -9,13 +9,15 @@
 // command draws with (points, colours, text, rectangles, an embedded picture) stands in data records before it.
 //
 // The writer never fails on a full block. Without memory, and for a count beyond 32 bits, the operation writes
-// nothing, and GetError says so until the stream is cleared. One writer belongs to the GUI thread.
+// nothing, its data records included, and GetError says so until the stream is cleared. One writer belongs to the
+// GUI thread.
 #pragma once
 
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 #include <korvolib/export.h>
 #include <korvolib/graphicstream/arrays.h>
@@ -203,6 +205,19 @@ class KORVO_API KCGraphicStreamBinaryWriter {
     Writer& DrawLineOfShorts(KUPoint<short> from, KUPoint<short> to) noexcept;
     uint8_t* Reserve(size_t size) noexcept;
     void Fail(int32_t error) noexcept;
+    /// Runs an operation of several records; when one of them fails, those before it are taken back: a command
+    /// without its data would be drawn with that of another, or not clip.
+    template <class Operation>
+    Writer& WholeOrNothing(const Operation& write) noexcept {
+        const size_t sizeBefore = m_stream.GetSize();
+        const int32_t errorBefore = std::exchange(m_error, 0);
+        write();
+        if (m_error != 0)
+            (void)m_stream.Resize(sizeBefore); // a smaller size always has its memory
+        if (errorBefore != 0)
+            m_error = errorBefore;
+        return *this;
+    }
     Writer& AppendTailRecord(uint32_t code, std::string_view tail) noexcept;
     Writer& AppendOval(const SGSRect& rect, KEGSMethod method, float startAngle, float sweepAngle) noexcept;
     template <class Coordinate, class... Points>

@@ -115,16 +115,17 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawVertices(uint32_t 
         return *this;
     }
     const bool colored = m_arrays.GetNumColors() == count;
-    m_arrays.GiveVerticesToGS(*this);
-    if (colored)
-        m_arrays.GiveColorsToGS(*this);
-    if (uint8_t* at = Reserve(sizeof(SGSDrawVertices))) {
-        const uint32_t flags = colored ? m_settings.flags | kColorsInData : m_settings.flags;
-        RecordBytes(at).Put(uint32_t{kDrawVertices}, uint32_t{sizeof(SGSDrawVertices)}, flags, m_settings.color,
-                            m_settings.strokeWidth, m_settings.strokePattern, method, kind,
-                            static_cast<uint32_t>(count));
-    }
-    return *this;
+    return WholeOrNothing([&] {
+        m_arrays.GiveVerticesToGS(*this);
+        if (colored)
+            m_arrays.GiveColorsToGS(*this);
+        if (uint8_t* at = Reserve(sizeof(SGSDrawVertices))) {
+            const uint32_t flags = colored ? m_settings.flags | kColorsInData : m_settings.flags;
+            RecordBytes(at).Put(uint32_t{kDrawVertices}, uint32_t{sizeof(SGSDrawVertices)}, flags, m_settings.color,
+                                m_settings.strokeWidth, m_settings.strokePattern, method, kind,
+                                static_cast<uint32_t>(count));
+        }
+    });
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::ClipRect(const SGSRect& rect) noexcept {
@@ -139,12 +140,13 @@ KCGraphicStreamBinaryWriter::ClipMultipleRects(std::span<const SGSRect> rects) n
         Fail(kErr_LimitExceeded);
         return *this;
     }
-    DataHere(kRect, kClipRectangles, rects.data(), rects.size());
-    if (uint8_t* at = Reserve(sizeof(SGSClipMultipleRects))) {
-        RecordBytes(at).Put(uint32_t{kClipMultipleRects}, uint32_t{sizeof(SGSClipMultipleRects)}, m_settings.flags,
-                            static_cast<uint32_t>(rects.size()));
-    }
-    return *this;
+    return WholeOrNothing([&] {
+        DataHere(kRect, kClipRectangles, rects.data(), rects.size());
+        if (uint8_t* at = Reserve(sizeof(SGSClipMultipleRects))) {
+            RecordBytes(at).Put(uint32_t{kClipMultipleRects}, uint32_t{sizeof(SGSClipMultipleRects)},
+                                m_settings.flags, static_cast<uint32_t>(rects.size()));
+        }
+    });
 }
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::ClipVertices() noexcept {
@@ -155,12 +157,13 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::ClipVertices() noexcep
         Fail(kErr_LimitExceeded);
         return *this;
     }
-    m_arrays.GiveVerticesToGS(*this);
-    if (uint8_t* at = Reserve(sizeof(SGSClipVertices))) {
-        RecordBytes(at).Put(uint32_t{kClipVertices}, uint32_t{sizeof(SGSClipVertices)}, m_settings.flags,
-                            static_cast<uint32_t>(count));
-    }
-    return *this;
+    return WholeOrNothing([&] {
+        m_arrays.GiveVerticesToGS(*this);
+        if (uint8_t* at = Reserve(sizeof(SGSClipVertices))) {
+            RecordBytes(at).Put(uint32_t{kClipVertices}, uint32_t{sizeof(SGSClipVertices)}, m_settings.flags,
+                                static_cast<uint32_t>(count));
+        }
+    });
 }
 
 } // namespace kvKorvoV12_9_0_320::kvGS

@@ -276,6 +276,26 @@ TEST(StreamWriter, NullDataIsRefusedUnlessThereIsNone) {
     EXPECT_EQ(writer.GetError(), kvKorvo::kErr_NoErr);
 }
 
+TEST(StreamWriter, ACommandWhoseDataIsRefusedIsNotWrittenEither) {
+    const std::span<const SGSRect> noRects(static_cast<const SGSRect*>(nullptr), 2);
+    KCGraphicStreamBinaryWriter writer;
+    writer.CommandHeader(kAny).ClipMultipleRects(noRects).DrawPNGMultipleClips({1001}, noRects);
+    writer.DrawPNGMultipleClips({SmallPNG().data(), SmallPNG().size()}, noRects);
+    EXPECT_EQ(writer.GetStreamMemObj().GetSize(), 8u);
+    EXPECT_EQ(writer.GetError(), kvKorvo::kErr_NullArgument);
+}
+
+TEST(StreamWriter, TheFirstErrorStaysAndLaterOperationsAreWritten) {
+    const SGSRect rect{0, 0, 1, 1};
+    KCGraphicStreamBinaryWriter writer;
+    writer.DataHere(kChar, kText, &rect, SIZE_MAX).ClipMultipleRects({&rect, 1});
+    EXPECT_EQ(writer.GetStreamMemObj().GetSize(), 36u + 16u);
+    EXPECT_EQ(writer.GetError(), kvKorvo::kErr_LimitExceeded);
+    writer.ClipMultipleRects({static_cast<const SGSRect*>(nullptr), 1});
+    EXPECT_EQ(writer.GetStreamMemObj().GetSize(), 36u + 16u);
+    EXPECT_EQ(writer.GetError(), kvKorvo::kErr_LimitExceeded);
+}
+
 // Notes.
 
 TEST(StreamWriter, NotesAreWrittenOnlyWhileTheyAreSwitchedOn) {

@@ -80,15 +80,16 @@ KCGraphicStreamBinaryWriter::DrawPNGAtPositionMultipleClips(const KCGSImage& ima
         Fail(kErr_LimitExceeded);
         return *this;
     }
-    if (!GiveImageData(image))
-        return *this;
-    DataHere(kRect, kClipRectangles, clips.data(), clips.size());
-    if (uint8_t* at = Reserve(sizeof(SGSDrawImageMultipleClips))) {
-        RecordBytes(at).Put(uint32_t{kDrawImageMultipleClips}, uint32_t{sizeof(SGSDrawImageMultipleClips)},
-                            m_settings.flags, image.resID, location, SGSSize(),
-                            static_cast<uint32_t>(clips.size()));
-    }
-    return *this;
+    return WholeOrNothing([&] {
+        if (!GiveImageData(image))
+            return;
+        DataHere(kRect, kClipRectangles, clips.data(), clips.size());
+        if (uint8_t* at = Reserve(sizeof(SGSDrawImageMultipleClips))) {
+            RecordBytes(at).Put(uint32_t{kDrawImageMultipleClips}, uint32_t{sizeof(SGSDrawImageMultipleClips)},
+                                m_settings.flags, image.resID, location, SGSSize(),
+                                static_cast<uint32_t>(clips.size()));
+        }
+    });
 }
 
 KCGraphicStreamBinaryWriter&
@@ -126,13 +127,14 @@ KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::DrawOldStylePlugin(con
 
 KCGraphicStreamBinaryWriter& KCGraphicStreamBinaryWriter::AppendImage(const KCGSImage& image, SGSLocation location,
                                                                       SGSSize size, const SGSRect& clip) noexcept {
-    if (!GiveImageData(image))
-        return *this;
-    if (uint8_t* at = Reserve(sizeof(SGSDrawImage))) {
-        RecordBytes(at).Put(uint32_t{kDrawImage}, uint32_t{sizeof(SGSDrawImage)}, m_settings.flags, image.resID,
-                            location, size, clip);
-    }
-    return *this;
+    return WholeOrNothing([&] {
+        if (!GiveImageData(image))
+            return;
+        if (uint8_t* at = Reserve(sizeof(SGSDrawImage))) {
+            RecordBytes(at).Put(uint32_t{kDrawImage}, uint32_t{sizeof(SGSDrawImage)}, m_settings.flags, image.resID,
+                                location, size, clip);
+        }
+    });
 }
 
 // An embedded picture stands before its command. False when there is none to draw.
