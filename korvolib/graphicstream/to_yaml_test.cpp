@@ -1,5 +1,7 @@
 #include <korvolib/graphicstream/to_yaml.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -362,6 +364,19 @@ TEST(StreamToYAML, DataOfAnUnknownTypeSaysSo) {
     KCGraphicStreamBinaryWriter writer;
     writer.DataHere(kPolygon, kAny, "abc", 3);
     EXPECT_TRUE(Holds(YamlOf(writer), "the_data: unknown data type\n"));
+}
+
+TEST(StreamToYAML, WhatIsNoFiniteNumberIsReadBackAsItIs) {
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    const float written[] = {std::numeric_limits<float>::quiet_NaN(), kInfinity, -kInfinity};
+    KCGraphicStreamBinaryWriter writer;
+    writer.DataHere(kFloat, kAny, written, 3).RotateFrame(-kInfinity);
+    const YAML::Node dump = YAML::Load(YamlOf(writer));
+    const YAML::Node read = dump[0]["DataHere"]["the_data"];
+    EXPECT_TRUE(std::isnan(read[0].as<float>()));
+    EXPECT_EQ(read[1].as<float>(), kInfinity);
+    EXPECT_EQ(read[2].as<float>(), -kInfinity);
+    EXPECT_EQ(dump[1]["RotateFrame"]["angle"].as<float>(), -kInfinity);
 }
 
 TEST(StreamToYAML, DataByPointerIsShownInItsOwnProcessOnly) {

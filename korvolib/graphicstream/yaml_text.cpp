@@ -1,6 +1,7 @@
 #include <korvolib/graphicstream/yaml_text_internal.h>
 
 #include <charconv>
+#include <cmath>
 #include <new>
 
 #include <yaml-cpp/binary.h>
@@ -171,6 +172,11 @@ void YamlText::Integral(Integer value) {
 }
 
 void YamlText::Float(float value) {
+    // YAML 1.2, 10.2.1.4: written without the point they would be text to a reader.
+    if (!std::isfinite(value)) {
+        m_out << (std::isnan(value) ? ".nan" : value > 0 ? ".inf" : "-.inf");
+        return;
+    }
     char text[kFloatTextSize];
     const size_t length = FormatFloat(value, text);
     m_out << std::string(text, length);
