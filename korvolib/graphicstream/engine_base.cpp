@@ -32,12 +32,13 @@ int32_t KCGraphicStreamEngineBase::ExecStream(const void* stream, size_t size, K
     m_depth = 0;
     m_maxDepth = 0;
     m_pointers = pointers;
-    if (stream == nullptr && size != 0)
-        return kErr_NullArgument;
     try {
+        // Also for what is refused below: an engine does not go on showing what it walked before.
         if (const int32_t refused = ExecStart(); refused != kErr_NoErr)
             return refused;
-        const int32_t result = size == 0 ? kErr_NoErr : Walk(static_cast<const uint8_t*>(stream), size);
+        int32_t result = size == 0 ? kErr_NoErr : kErr_NullArgument;
+        if (stream != nullptr)
+            result = Walk(static_cast<const uint8_t*>(stream), size);
         CloseWhatIsOpen();
         return ExecFinish(result);
     } catch (const std::bad_alloc&) {

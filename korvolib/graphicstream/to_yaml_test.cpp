@@ -421,6 +421,16 @@ TEST(StreamToYAML, GivenChecksumsAreShownAndAReportSaysWhenTheyRunShort) {
     EXPECT_EQ(yaml.GetReport(), "not enough checksums\n");
 }
 
+TEST(StreamToYAML, ARefusedStreamLeavesNothingOfTheOneBefore) {
+    KCGraphicStreamBinaryWriter writer;
+    writer.CommandHeader(kAny);
+    KCGraphicStreamToYAML yaml;
+    ASSERT_EQ(yaml.ExecStream(writer), kvKorvo::kErr_NoErr);
+    EXPECT_EQ(yaml.ExecStream(nullptr, 8), kvKorvo::kErr_NullArgument);
+    EXPECT_FALSE(Holds(std::string(yaml.GetText()), "Any"));
+    EXPECT_EQ(yaml.GetEmitsCount(), 0u);
+}
+
 TEST(StreamToYAML, AWalkThatFailsLeavesWellFormedTextWithItsError) {
     KCGraphicStreamBinaryWriter writer;
     writer.OpenStream(SGSStream()).OpenFrame(SGSFrame()).CommandHeader(kDrawOval);
