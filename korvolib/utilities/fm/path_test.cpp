@@ -334,6 +334,8 @@ TEST_F(PathText, LongFormFits260Utf16Units) {
     EXPECT_EQ(normalize(260, "x"), 0);
     EXPECT_EQ(normalize(261, "x"), kvKorvo::kErr_PathNormalisationFailed);
     EXPECT_EQ(normalize(210, "\xC3\xA4"), 0);
+    EXPECT_EQ(normalize(260, "\x80"), 0); // in no character: a unit of its own
+    EXPECT_EQ(normalize(261, "\x80"), kvKorvo::kErr_PathNormalisationFailed);
 }
 
 TEST_F(PathText, CreatePathRefNormalizesOnDemand) {

@@ -9,15 +9,26 @@ namespace {
 // MAX_PATH less the terminator: what fits into the 261 wide characters of the platforms that have long forms.
 constexpr size_t kMaxLongFormUnits = 260;
 
-// How many UTF-16 units the text has. A byte that is not part of well-formed UTF-8 counts as one: on Linux names
-// are bytes, and such names exist.
+// The bytes of the character that the text begins with: 1 to 4. A byte that begins none stands alone: on Linux
+// names are bytes, and such names exist.
+size_t CharacterLength(std::string_view text) noexcept {
+    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+    size_t length = 1;
+    if (byte(0) >= 0xC0u && byte(0) < 0xF8u)
+        length = byte(0) < 0xE0u ? 2 : byte(0) < 0xF0u ? 3 : 4;
+    for (size_t i = 1; i < length; ++i) {
+        if (i >= text.size() || (byte(i) & 0xC0u) != 0x80u)
+            return 1;
+    }
+    return length;
+}
+
 size_t Utf16Units(std::string_view text) noexcept {
     size_t units = 0;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool isContinuation = (byte & 0xC0u) == 0x80u;
-        units += isContinuation ? 0 : 1;
-        units += byte >= 0xF0u ? 1 : 0; // beyond the basic plane: a surrogate pair
+    while (!text.empty()) {
+        const size_t length = CharacterLength(text);
+        units += length == 4 ? 2 : 1; // beyond the basic plane: a surrogate pair
+        text.remove_prefix(length);
     }
     return units;
 }
