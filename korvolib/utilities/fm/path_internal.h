@@ -54,6 +54,8 @@ inline std::string_view WithoutTrailingSeparators(std::string_view text) noexcep
 std::string JoinedText(std::string_view folder, std::string_view name);
 /// Never throws. An empty text is no path: kErr_FileNotFound.
 int32_t MakePathRef(std::string_view text, KTPathType*& out) noexcept;
+/// May throw: what NormalizePathString makes of a text, whole. `out` means nothing unless the result is 0.
+int32_t NormalizedText(std::string_view utf8, std::string& out);
 /// The text of the folder that holds it, empty if the text does not say.
 std::string_view ParentText(std::string_view text) noexcept;
 

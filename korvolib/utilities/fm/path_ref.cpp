@@ -100,9 +100,11 @@ int32_t CreatePathRefFromString(const char* utf8, KTPathType*& out, bool normali
         return kErr_NullArgument;
     if (!normalize)
         return MakePathRef(utf8, out);
-    KCFixedString<1023> text;
-    const int32_t result = NormalizePathString(utf8, text);
-    return result != kErr_NoErr ? result : MakePathRef(text.c_str(), out);
+    return WithoutThrowing([&] {
+        std::string text;
+        const int32_t result = NormalizedText(utf8, text);
+        return result != kErr_NoErr ? result : MakePathRef(text, out);
+    });
 }
 
 int32_t CreatePathRefToCacheFile(const char* name, KTPathType*& out) noexcept {

@@ -28,8 +28,8 @@ struct KTPathType;
 /// inside the folder all the same, and an empty one is the folder itself. ".." is a name like every other: whoever
 /// joins text from outside checks it.
 [[nodiscard]] KORVO_API int32_t CreatePathRef(KTPathType* folder, const char* name, KTPathType*& out) noexcept;
-/// With `normalize` the text goes through NormalizePathString first and has to exist. kErr_FileNotFound for an
-/// empty text.
+/// With `normalize` the text, uncut, is made what NormalizePathString makes of it: if it is absolute, it has to
+/// exist. kErr_FileNotFound for an empty text.
 [[nodiscard]] KORVO_API int32_t CreatePathRefFromString(const char* utf8, KTPathType*& out,
                                                         bool normalize = false) noexcept;
 /// The path of `name` in this library's folder among the user's caches. Nothing is created there.

@@ -304,6 +304,16 @@ TEST_F(PathText, LongFormOfAnExistingPathHasNoIdleSeparators) {
     EXPECT_EQ(out, m_folder.Text("f"));
 }
 
+TEST_F(PathText, LongFormIgnoresSeparatorsAtTheEnd) {
+    kvTest::Spit(m_folder.Text("f"), "");
+    std::filesystem::create_symlink("missing", m_folder.Text("dangling"));
+    KCFixedString<1023> out;
+    ASSERT_EQ(NormalizePathString((m_folder.Text("f") + "/").c_str(), out), 0);
+    EXPECT_EQ(out, m_folder.Text("f"));
+    ASSERT_EQ(NormalizePathString((m_folder.Text("dangling") + "//").c_str(), out), 0);
+    EXPECT_EQ(out, m_folder.Text("dangling"));
+}
+
 TEST_F(PathText, LongFormOfAMissingPathFailsAndKeepsTheOutput) {
     KCFixedString<1023> out("old");
     EXPECT_EQ(NormalizePathString(m_folder.Text("missing").c_str(), out), kvKorvo::kErr_PathNormalisationFailed);
@@ -345,6 +355,14 @@ TEST_F(PathText, CreatePathRefNormalizesOnDemand) {
     EXPECT_EQ(out, nullptr);
     ASSERT_EQ(CreatePathRefFromString((m_folder.Text() + "//").c_str(), out, true), 0);
     EXPECT_TRUE(IsSamePath(out, m_folder.Path().GetPathRef()));
+    DisposePathRef(out);
+}
+
+TEST_F(PathText, CreatePathRefNormalizesTheWholeText) {
+    const std::string longText(1500, 'a');
+    KTPathType* out = nullptr;
+    ASSERT_EQ(CreatePathRefFromString(longText.c_str(), out, true), 0);
+    EXPECT_TRUE(IsSamePath(out, KCStPath(longText.c_str()).GetPathRef()));
     DisposePathRef(out);
 }
 

@@ -87,22 +87,27 @@ int32_t GetRelativeDifference(KTPathType* from, KTPathType* to, KCFixedString<10
     });
 }
 
+int32_t NormalizedText(std::string_view utf8, std::string& out) {
+    if (!IsAbsolute(utf8)) {
+        out = utf8;
+        return kErr_NoErr;
+    }
+    out = LongForm(utf8);
+    sObjectInfo info;
+    return Utf16Units(out) <= kMaxLongFormUnits && InfoOfPath(out.c_str(), false, info) == kErr_NoErr
+               ? kErr_NoErr
+               : kErr_PathNormalisationFailed;
+}
+
 int32_t NormalizePathString(const char* utf8, KCFixedStringBase& out) noexcept {
     if (utf8 == nullptr)
         return kErr_NullArgument;
-    if (!IsAbsolute(utf8)) {
-        out.assign(utf8);
-        return kErr_NoErr;
-    }
-    sObjectInfo info;
-    if (InfoOfPath(utf8, false, info) != kErr_NoErr)
-        return kErr_PathNormalisationFailed;
     return WithoutThrowing([&] {
-        const std::string expanded = LongForm(utf8);
-        if (Utf16Units(expanded) > kMaxLongFormUnits)
-            return kErr_PathNormalisationFailed;
-        out.assign(expanded.c_str(), expanded.size());
-        return kErr_NoErr;
+        std::string text;
+        const int32_t result = NormalizedText(utf8, text);
+        if (result == kErr_NoErr)
+            out.assign(text.c_str(), text.size());
+        return result;
     });
 }
 
