@@ -1,5 +1,6 @@
 #include <korvolib/utilities/fm/well_known_folders.h>
 
+#include <algorithm>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -48,13 +49,21 @@ constexpr sWellKnown kFolders[] = {
     {"Temporary", nullptr, {"TMPDIR", "/tmp"}, {nullptr, "/tmp"}, {nullptr, "/var/tmp"}},
 };
 
-// The base directory specification has relative values ignored; a list's first entry is its most important.
+// The base directory specification has relative values ignored, in a list each; the first entry of a list is its
+// most important. Lists are the variables that end in _DIRS: in others a colon is part of the name.
 std::string FromVariable(const char* variable) {
     const char* value = variable == nullptr ? nullptr : CurrentPlatform().Environment(variable);
-    if (value == nullptr || *value != kSeparator)
+    if (value == nullptr)
         return {};
-    const std::string_view all = value;
-    return std::string(all.substr(0, all.find(':')));
+    const bool isList = std::string_view(variable).ends_with("_DIRS");
+    std::string_view rest = value;
+    while (!rest.empty()) {
+        const std::string_view entry = isList ? rest.substr(0, rest.find(':')) : rest;
+        if (entry.starts_with(kSeparator))
+            return std::string(entry);
+        rest.remove_prefix(std::min(rest.size(), entry.size() + 1));
+    }
+    return {};
 }
 
 std::string HomeText() {

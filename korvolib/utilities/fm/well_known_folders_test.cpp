@@ -86,6 +86,21 @@ TEST_F(WellKnownFolders, VariablesMoveThemIfTheyAreAbsolute) {
     EXPECT_EQ(Of("Temporary"), "/scratch");
 }
 
+TEST_F(WellKnownFolders, OnlyListsEndAtAColon) {
+    m_environment.Set("XDG_CACHE_HOME", "/a:b");
+    EXPECT_EQ(Of("Caches"), "/a:b");
+    m_environment.Set("HOME", "/c:/d");
+    EXPECT_EQ(Of("Home"), "/c:/d");
+    EXPECT_EQ(Of("Music"), "/c:/d/Music");
+}
+
+TEST_F(WellKnownFolders, RelativeEntriesOfAListAreSteppedOver) {
+    m_environment.Set("XDG_DATA_DIRS", "relative::/one:/two");
+    EXPECT_EQ(Of("Local/ApplicationSupport"), "/one");
+    m_environment.Set("XDG_DATA_DIRS", "relative:");
+    EXPECT_EQ(Of("Local/ApplicationSupport"), "/usr/local/share");
+}
+
 TEST_F(WellKnownFolders, OtherDomainsHaveFixedPlaces) {
     EXPECT_EQ(Of("System/Preferences"), "/etc");
     EXPECT_EQ(Of("Local/Preferences"), "/etc/xdg");
