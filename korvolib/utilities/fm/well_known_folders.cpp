@@ -83,7 +83,7 @@ std::string ValueOfLine(std::string_view line, const std::string& home) {
     const bool isInHome = line.substr(0, kHome.size()) == kHome;
     if (isInHome)
         line.remove_prefix(kHome.size());
-    if (line.front() != kSeparator && !(isInHome && line.front() == '"'))
+    if (!line.starts_with(kSeparator) && !(isInHome && line.starts_with('"')))
         return {};
     std::string value = isInHome ? home : std::string();
     for (size_t i = 0; i < line.size() && line[i] != '"'; ++i) {
