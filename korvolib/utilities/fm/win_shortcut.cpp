@@ -130,17 +130,22 @@ std::string TextAt(std::span<const uint8_t> info, uint32_t offset, bool isUnicod
     return isUnicode ? TextFromUtf16(info.subspan(offset)) : TextFromCodePage(info.subspan(offset));
 }
 
-// CommonNetworkRelativeLink, section 2.3.2: the share's name, such as \\server\share.
+// CommonNetworkRelativeLink, section 2.3.2: the share's name, such as \\server\share. A name that stands further
+// down leaves room for where its Unicode form is.
 std::string NetName(std::span<const uint8_t> info, uint32_t offset) {
+    constexpr uint32_t kSizeWithoutUnicode = 0x14;
     if (offset == 0 || offset >= info.size())
         return {};
     Reader reader(info.subspan(offset));
     const uint32_t size = reader.Number32();
     reader.Take(4); // its flags
-    const uint32_t nameOffset = reader.Number32();
-    if (!reader.IsGood() || size < 0x14)
+    const uint32_t name = reader.Number32();
+    reader.Take(8); // the device's name, the network's kind
+    if (!reader.IsGood() || size < kSizeWithoutUnicode)
         return {};
-    return TextAt(info.subspan(offset, std::min<size_t>(size, info.size() - offset)), nameOffset, false);
+    const uint32_t unicodeName = name > kSizeWithoutUnicode ? reader.Number32() : 0;
+    const auto link = info.subspan(offset, std::min<size_t>(size, info.size() - offset));
+    return unicodeName != 0 ? TextAt(link, unicodeName, true) : TextAt(link, name, false);
 }
 
 // LinkInfo, section 2.3: a base path, here or on the network, and what follows it.

@@ -58,6 +58,15 @@ std::string NetworkInfo(const std::string& share, const std::string& suffix) {
            Number(start, 4) + Number(start + link.size(), 4) + link + suffix + '\0';
 }
 
+std::string NetworkUnicodeInfo(const std::u16string& share) {
+    const std::string texts = std::string("\\\\?\\?\0", 6) + Utf16(share) + std::string(2, '\0');
+    const std::string link = Number(0x1C + texts.size(), 4) + Number(0, 4) + Number(0x1C, 4) + Number(0, 8) +
+                             Number(0x1C + 6, 4) + Number(0, 4) + texts;
+    const uint64_t start = 0x1C;
+    return Number(start + link.size() + 1, 4) + Number(start, 4) + Number(2, 4) + Number(0, 8) + Number(start, 4) +
+           Number(start + link.size(), 4) + link + '\0';
+}
+
 class Shortcuts : public kvTest::FmTest {
   protected:
     std::string Resolve(const std::string& content) {
@@ -103,6 +112,7 @@ TEST_F(Shortcuts, FullPathsOfAllKinds) {
     EXPECT_EQ(Resolve(Header(kInfo) + LocalInfo("C:\\a.wav", "")), "C:/a.wav");
     EXPECT_EQ(Resolve(Header(kInfo) + LocalUnicodeInfo(u"D:\\\u00FC.wav")), "D:/\xC3\xBC.wav");
     EXPECT_EQ(Resolve(Header(kInfo) + NetworkInfo("\\\\server\\share", "d\\a.wav")), "//server/share/d/a.wav");
+    EXPECT_EQ(Resolve(Header(kInfo) + NetworkUnicodeInfo(u"\\\\s\\\u0416")), "//s/\xD0\x96");
 }
 
 TEST_F(Shortcuts, LinkInfoMayBeForbidden) {
