@@ -23,6 +23,17 @@ bool TailFits(const KCGSRecord<Record>&) noexcept {
     return true;
 }
 
+// The error code of the exception being handled.
+int32_t CaughtError() noexcept {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        return kErr_AllocationFailed;
+    } catch (...) {
+        return kErr_Generic;
+    }
+}
+
 } // namespace
 
 int32_t KCGraphicStreamEngineBase::ExecStream(const void* stream, size_t size, KEGSPointers pointers) noexcept {
@@ -41,10 +52,8 @@ int32_t KCGraphicStreamEngineBase::ExecStream(const void* stream, size_t size, K
             result = Walk(static_cast<const uint8_t*>(stream), size);
         CloseWhatIsOpen();
         return ExecFinish(result);
-    } catch (const std::bad_alloc&) {
-        return kErr_AllocationFailed;
     } catch (...) {
-        return kErr_Generic;
+        return CaughtError();
     }
 }
 
@@ -60,19 +69,23 @@ int32_t KCGraphicStreamEngineBase::Walk(const uint8_t* stream, size_t size) {
     size_t offset = 0;
     size_t count = 0;
     int32_t result = kErr_NoErr;
-    while (offset != size) {
-        SGSHeader header;
-        result = kErr_MalformedStream;
-        if (size - offset < sizeof header)
-            break;
-        std::memcpy(&header, stream + offset, sizeof header);
-        if (header.size < sizeof header || header.size > size - offset)
-            break;
-        result = Dispatch(stream + offset, offset, header);
-        if (result != kErr_NoErr)
-            break;
-        offset += header.size;
-        ++count;
+    try {
+        while (offset != size) {
+            SGSHeader header;
+            result = kErr_MalformedStream;
+            if (size - offset < sizeof header)
+                break;
+            std::memcpy(&header, stream + offset, sizeof header);
+            if (header.size < sizeof header || header.size > size - offset)
+                break;
+            result = Dispatch(stream + offset, offset, header);
+            if (result != kErr_NoErr)
+                break;
+            offset += header.size;
+            ++count;
+        }
+    } catch (...) { // an engine that draws on something of others has to come to its end
+        result = CaughtError();
     }
     m_offset = offset;
     m_ExecCommands_count = count;

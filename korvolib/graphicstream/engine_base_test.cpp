@@ -20,7 +20,7 @@ class Recorder : public KCGraphicStreamEngineBase {
   public:
     std::string calls;
     int32_t answer = 0;
-    bool throws = false;
+    size_t throwsAt = SIZE_MAX;
 
   protected:
 #define NOTE(identifier, display, shortName, code, record, tail)                                                   \
@@ -39,7 +39,7 @@ class Recorder : public KCGraphicStreamEngineBase {
   private:
     int32_t Note(const char* name, size_t offset) {
         calls += std::string(name) + " " + std::to_string(offset) + "\n";
-        if (throws)
+        if (offset == throwsAt)
             throw std::runtime_error("an engine that throws");
         return answer;
     }
@@ -104,12 +104,15 @@ TEST(StreamEngine, AHandlersErrorEndsTheWalkAtItsRecord) {
     EXPECT_EQ(recorder.GetErrorOffset(), 0u);
 }
 
-TEST(StreamEngine, AHandlerThatThrowsIsAnError) {
+TEST(StreamEngine, AHandlerThatThrowsEndsTheWalkAsOneThatReturnsAnError) {
     KCGraphicStreamBinaryWriter writer;
-    writer.CommandHeader(kAny);
+    writer.OpenFrame(SGSFrame()).CommandHeader(kAny).CommandHeader(kNone);
     Recorder recorder;
-    recorder.throws = true;
+    recorder.throwsAt = 32;
     EXPECT_EQ(recorder.ExecStream(writer), kvKorvo::kErr_Generic);
+    EXPECT_EQ(recorder.calls, "BeginFrame 0\nAny 32\nmissing end of BeginFrame\nfinish\n");
+    EXPECT_EQ(recorder.GetErrorOffset(), 32u);
+    EXPECT_EQ(recorder.GetExecCommandsCount(), 1u);
 }
 
 // Streams from outside.
