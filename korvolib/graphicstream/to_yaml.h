@@ -29,8 +29,9 @@ class KORVO_API KCGraphicStreamToYAML final : public KCGraphicStreamEngineBase {
     KCGraphicStreamToYAML(const KCGraphicStreamToYAML&) = delete;
     KCGraphicStreamToYAML& operator=(const KCGraphicStreamToYAML&) = delete;
 
-    /// Shows these checksums instead of computing them: one for each emitted record, in their order (they may come
-    /// from an earlier run). They have to live until the walk ends; an empty list computes them again.
+    /// Shows these checksums instead of computing them: one for each record that is shown, those of unknown codes
+    /// included, in their order (they may come from an earlier run). They have to live until the walk ends; an
+    /// empty list computes them again.
     void SetChecksums(std::span<const uint64_t> checksums) noexcept { m_checksums = checksums; }
 
     /// The YAML of the last walk. Valid until the next one.

@@ -421,6 +421,19 @@ TEST(StreamToYAML, GivenChecksumsAreShownAndAReportSaysWhenTheyRunShort) {
     EXPECT_EQ(yaml.GetReport(), "not enough checksums\n");
 }
 
+TEST(StreamToYAML, ARecordOfAnUnknownCodeTakesAGivenChecksumToo) {
+    KCGraphicStreamBinaryWriter writer;
+    writer.CommandHeader(4711).CommandHeader(kIgnoreStreamCommand).CommandHeader(kAny);
+    const uint64_t checksums[] = {0x11, 0x22};
+    KCGraphicStreamToYAML yaml;
+    yaml.SetChecksums(checksums);
+    ASSERT_EQ(yaml.ExecStream(writer), kvKorvo::kErr_NoErr);
+    const YAML::Node dump = YAML::Load(std::string(yaml.GetText()));
+    EXPECT_EQ(dump[0]["Unknown GraphicStreamCommand 4711"]["checksum"].as<int>(), 0x11);
+    EXPECT_EQ(dump[1]["Any"]["checksum"].as<int>(), 0x22);
+    EXPECT_EQ(yaml.GetReport(), "");
+}
+
 TEST(StreamToYAML, ARefusedStreamLeavesNothingOfTheOneBefore) {
     KCGraphicStreamBinaryWriter writer;
     writer.CommandHeader(kAny);
