@@ -262,9 +262,12 @@ int32_t DuplicateFile(KTPathType* from, KTPathType* to, KECreateFlags flags) noe
     if (flags != KECreateFlags::OpenOrCreate && flags != KECreateFlags::CreateNew)
         return kErr_Generic;
     result = CopyToNew(source, NativeOf(to));
-    if (result == kErr_FileAlreadyExists && flags == KECreateFlags::OpenOrCreate)
-        result = CopyOver(source, NativeOf(to));
-    return result;
+    if (result != kErr_FileAlreadyExists || flags != KECreateFlags::OpenOrCreate)
+        return result;
+    sObjectInfo info;
+    if (InfoOfPath(NativeOf(to), true, info) == kErr_FileNotFound) // a link: the file is made where it leads
+        return Replacement(to).CopyFrom(source);
+    return CopyOver(source, NativeOf(to));
 }
 
 // The forms that take a path object.

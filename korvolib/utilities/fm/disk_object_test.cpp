@@ -334,6 +334,16 @@ TEST_F(DiskObjects, DuplicateToAnExistingFileFollowsTheFlag) {
     EXPECT_FALSE(Exists(m_folder.Text("n")));
 }
 
+TEST_F(DiskObjects, DuplicateToADanglingLinkMakesWhatItNames) {
+    m_folder.File("f", "abc");
+    std::filesystem::create_symlink("to", m_folder.Text("link"));
+    EXPECT_EQ(DuplicateFile(m_folder.Path("f"), m_folder.Path("link"), KECreateFlags::CreateNew), -1003);
+    EXPECT_FALSE(Exists(m_folder.Text("to")));
+    EXPECT_EQ(DuplicateFile(m_folder.Path("f"), m_folder.Path("link"), KECreateFlags::OpenOrCreate), 0);
+    EXPECT_EQ(Slurp(m_folder.Text("to")), "abc");
+    EXPECT_TRUE(m_folder.Path("link").IsFileSystemLink());
+}
+
 TEST_F(DiskObjects, DuplicateOfItselfIsASharingViolation) {
     m_folder.File("f", "abc");
     EXPECT_EQ(DuplicateFile(m_folder.Path("f"), m_folder.Path("f"), KECreateFlags::OpenOrCreate), -2014);
