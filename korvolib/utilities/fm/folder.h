@@ -10,7 +10,7 @@
 //
 // The order file of a folder, ".korvo_order", is UTF-8 text with one item name a line. Items stand in its order,
 // those it does not name after them by name, byte for byte. A name counts where it stands first; white space at
-// both ends of a line, empty lines, and lines that begin with '#' do not count.
+// both ends of a line, empty lines, lines that begin with '#', and lines with a NUL in them do not count.
 #pragma once
 
 #include <cstdint>

@@ -37,7 +37,8 @@ std::vector<std::string_view> NamesIn(std::string_view text) {
         const size_t end = text.find('\n');
         const std::string_view name = WithoutBlanks(text.substr(0, end));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (!name.empty() && name.front() != '#' && seen.insert(name).second)
+        const bool canBeAName = name.find('\0') == name.npos; // else it would be cut to another's name
+        if (!name.empty() && name.front() != '#' && canBeAName && seen.insert(name).second)
             names.push_back(name);
     }
     return names;

@@ -261,6 +261,13 @@ TEST_F(Folders, OrderIsReadFromAStream) {
     EXPECT_TRUE(names.empty());
 }
 
+TEST_F(Folders, OrderLinesWithANulAreNoNames) {
+    std::istringstream stream(std::string("a\0x\n\0\nb", 7));
+    std::vector<KCFixedString<255>> names;
+    ASSERT_EQ(KCStFolderIterator(m_folder.Path()).ReadItemOrderFromIstream(stream, names), 0);
+    EXPECT_EQ(Strings(names), (Names{"b"}));
+}
+
 TEST_F(Folders, OrderFileBeyondItsLimitIsRefused) {
     constexpr size_t kLimit = size_t{1} << 20;
     const KCStFolderIterator folder(m_folder.Path());
