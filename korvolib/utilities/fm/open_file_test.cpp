@@ -10,6 +10,7 @@
 
 #include <korvolib/utilities/error_codes.h>
 #include <korvolib/utilities/fm/disk_object.h>
+#include <korvolib/utilities/fm/file.h>
 #include <korvolib/utilities/fm/fm_test_internal.h>
 
 namespace {
@@ -217,6 +218,16 @@ TEST_F(OpenFiles, UnknownCreateFlagFailsAfterTheParentsWereMade) {
 TEST_F(OpenFiles, CreateMakesTheFoldersThatLeadThere) {
     EXPECT_EQ(Create("a/b/c/f", KECreateFlags::CreateNew, KEPermitions::ReadWrite), 0);
     EXPECT_TRUE(m_folder.Path("a/b/c/f").IsFile());
+}
+
+TEST_F(OpenFiles, CreateFollowsALinkUnlessTheFileMustBeNew) {
+    std::filesystem::create_symlink("to", m_folder.Text("link"));
+    std::filesystem::create_symlink("circle", m_folder.Text("circle"));
+    EXPECT_EQ(KCStFileCreate(m_folder.Path("link"), KECreateFlags::CreateNew).GetOpenResult(), -1003);
+    EXPECT_FALSE(m_folder.Path("to").IsExist());
+    EXPECT_EQ(KCStFileCreate(m_folder.Path("link")).GetOpenResult(), 0);
+    EXPECT_TRUE(m_folder.Path("to").IsFile());
+    EXPECT_EQ(KCStFileCreate(m_folder.Path("circle")).GetOpenResult(), -1);
 }
 
 TEST_F(OpenFiles, CreateReportsAParentThatIsAFile) {

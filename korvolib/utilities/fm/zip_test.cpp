@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include <gtest/gtest.h>
 
 #include <korvolib/utilities/error_codes.h>
@@ -224,6 +226,25 @@ TEST_F(Zips, WhatIsNoArchiveIsNotValid) {
         KCFixedString<255> leaf;
         EXPECT_FALSE(iterator.GetNextItemFromZip(leaf));
     }
+}
+
+TEST_F(Zips, ArchiveWithoutEntriesIsValidAndStays) {
+    const KCStPath archive = m_folder.File("none.zip", "PK\5\6" + std::string(18, '\0'));
+    {
+        KCStZipFileIterator iterator(archive);
+        EXPECT_TRUE(iterator);
+        KCFixedString<255> leaf("old");
+        EXPECT_FALSE(iterator.GetNextItemFromZip(leaf));
+        EXPECT_EQ(leaf, "");
+        std::string text;
+        EXPECT_EQ(ReadText(archive, "f", text), kNotReadable);
+    }
+    EXPECT_EQ(archive.GetFileSize(), 22u);
+}
+
+TEST_F(Zips, PipeIsNoArchiveAndHoldsNobodyUp) {
+    ASSERT_EQ(::mkfifo(m_folder.Text("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(KCStFileReadFromZip(m_folder.Path("pipe")).GetOpenResult(), -1);
 }
 
 TEST_F(Zips, ArchiveIsSharedLikeAFileThatIsRead) {
