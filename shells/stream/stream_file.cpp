@@ -27,6 +27,8 @@ int32_t RecordLister::Add(std::span<const uint8_t> bytes, size_t offset) {
 }
 
 std::span<const uint8_t> FolderImages::GetImagePNG(int32_t resID) noexcept {
+    if (m_folder.empty())
+        return {}; // not the root folder's pictures
     try {
         const auto [entry, isNew] = m_files.try_emplace(resID);
         if (isNew && !ReadFile(m_folder + "/" + std::to_string(resID) + ".png", entry->second))
