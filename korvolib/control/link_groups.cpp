@@ -53,10 +53,7 @@ int32_t KCLinkGroups::FinishCreate() {
     return kErr_NoErr;
 }
 
-// Everything a pass needs, made before the first one so that none allocates.
-void KCLinkGroups::InitAtFirstCall(size_t) {
-    if (m_isInitialised && m_updated.size() == m_params.size())
-        return;
+void KCLinkGroups::Init() {
     m_isInitialised = true;
     InitLinkGroupsInfoMap();
     InitLastValuesMap();

@@ -168,7 +168,12 @@ class KORVO_API KCLinkGroups {
         double distanceSign;      // it went the source's distance (+1), the other way (−1), or took a value (0)
     };
 
-    void InitAtFirstCall(size_t index);
+    // Everything a pass needs, made before the first one so that none allocates.
+    void InitAtFirstCall(size_t) {
+        if (!m_isInitialised || m_lastValues.size() != m_params.size())
+            Init();
+    }
+    void Init();
     void StoreLast(size_t index, EPluginSetup setup);
     void BeginPass(size_t source);
     void Walk(size_t source);

@@ -168,8 +168,10 @@ void KCLinkGroups::EndPass(size_t source, size_t firstMove) {
     StoreLast(source, m_activeSetup);
     for (size_t i = firstMove; i < endMove; ++i)
         StoreLast(m_moves[i].index, m_activeSetup);
+    const sUnderWay telling(m_tellingDepth);
     for (size_t i = firstMove; i < endMove; ++i)
-        Tell(m_moves[i].index, m_moves[i].oldRealWorld);
+        if (m_listener != nullptr)
+            m_listener->OnLinkedParamValueModified(m_moves[i].index, m_moves[i].oldRealWorld);
 }
 
 void KCLinkGroups::Tell(size_t index, double oldRealWorld) {
@@ -211,13 +213,13 @@ void KCLinkGroups::LinkReverse(size_t source, size_t destination) {
 
 void KCLinkGroups::LinkReverseOrRelative(size_t source, size_t destination, bool isReverse) {
     InitAtFirstCall(source);
-    if (!IsParam(source) || !IsParam(destination))
+    const EPluginSetup setup = m_activeSetup;
+    if (std::max(source, destination) >= m_lastValues.size() || !IsPluginSetup(setup))
         return;
-    const double delta = m_params[source].GetState(m_activeSetup) - m_lastValues[source].state[m_activeSetup];
-    const double state = m_params[destination].GetState(m_activeSetup);
+    const double delta = m_params[source].GetState(setup) - m_lastValues[source].state[setup];
+    const double state = m_params[destination].GetState(setup);
     MoveTo(destination, isReverse ? state - delta : state + delta);
-    const double moved =
-        m_params[destination].GetState(m_activeSetup) - m_lastValues[destination].state[m_activeSetup];
+    const double moved = m_params[destination].GetState(setup) - m_lastValues[destination].state[setup];
     m_minDelta = std::min(m_minDelta, std::fabs(moved));
     m_distanceSign = isReverse ? -1.0 : 1.0;
 }
