@@ -3,8 +3,9 @@
 //
 //   1. A plug-in adds its parameters (AddParam or a "ParamsXML" description); FinishCreate prepares the rest.
 //   2. InitAlg hands the host what processing starts with.
-//   3. A knob turned by hand: UpdateParamRequestState → the hook ApplyParamSelf returns a chain of buffers, the
-//      preset counts as modified, automation is told; the caller hands the chain to ExecuteAndDisposeBuffer.
+//   3. A knob turned by hand: UpdateParamByGesture → the hook ApplyParamSelf returns a chain of buffers, the preset
+//      counts as modified, automation is told, the linked parameters follow; the caller hands the chain to
+//      ExecuteAndDisposeBuffer. UpdateParamRequestState is the same without the links.
 //   4. A value played by the host: UpdateParamState without notification.
 //   5. A preset, a chunk, undo: RestoreParams, the whole set in one operation.
 //   6. A/B switch: SetActiveSetup; copying one setup to the other: CopySetup.

@@ -51,7 +51,7 @@ void KCCairoEngine::ClearImage() noexcept {
         cairo_surface_destroy(std::exchange(m_image, nullptr));
 }
 
-// A walk that ran out of memory has not come to its end.
+// Also before a walk: the context of an earlier one may still be there.
 void KCCairoEngine::DropContext() noexcept {
     if (m_ownContext != nullptr)
         cairo_destroy(std::exchange(m_ownContext, nullptr));
