@@ -24,6 +24,7 @@
 #include <korvolib/alg/scale_info.h>
 #include <korvolib/control/link_groups.h>
 #include <korvolib/control/link_laws.h>
+#include <korvolib/control/midi_event.h>
 #include <korvolib/export.h>
 #include <korvolib/graphicstream/arrays.h>
 #include <korvolib/graphicstream/binary_writer.h>
