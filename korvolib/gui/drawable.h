@@ -1,0 +1,39 @@
+// CDrawable: an item of a window's description that is drawn and has no parameter: a panel, a caption, a picture.
+// Drawn below all controls, in the order of the description. Thread: [main].
+#pragma once
+
+#include <cstdint>
+
+#include <korvolib/export.h>
+#include <korvolib/gui/interfaces.h>
+#include <korvolib/gui/param_windows.h>
+#include <korvolib/utilities/xml/xmlable.h>
+
+namespace kvKorvoV12_9_0_320 {
+
+class KORVO_API CDrawable : public CXMLable, public RM::KCResContainerUser {
+  public:
+    CDrawable() = default;
+
+    /// "Rect", "Color", "FrameColor", "Radius", "Text" with its attributes, "ResID". kErr_BadDescription without a
+    /// rectangle.
+    int32_t ReadFromXML(const KCXMLElement& element) override;
+    int32_t WriteToXML(KCXMLElement& element) const override;
+    /// In the window's own pixels.
+    virtual void GetDrawInstructions(kvGS::KCGraphicStreamBinaryWriter& writer, const KCTheme& theme) const;
+
+    KURect<double> GetRect() const noexcept { return m_rect; }
+
+  private:
+    KURect<double> m_rect;
+    bool m_hasColor = false;
+    KUColor m_color;
+    bool m_hasFrameColor = false;
+    KUColor m_frameColor;
+    double m_radius = 0.0;
+    KCFixedString<127> m_text;
+    sTEXT_WIN m_textWin;
+    int32_t m_resID = 0;
+};
+
+} // namespace kvKorvoV12_9_0_320
