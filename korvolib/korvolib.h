@@ -25,6 +25,8 @@
 #include <korvolib/control/link_groups.h>
 #include <korvolib/control/link_laws.h>
 #include <korvolib/control/midi_event.h>
+#include <korvolib/control/midi_mapping.h>
+#include <korvolib/control/midi_value.h>
 #include <korvolib/export.h>
 #include <korvolib/graphicstream/arrays.h>
 #include <korvolib/graphicstream/binary_writer.h>
