@@ -38,7 +38,7 @@ class KORVO_API KCTheme {
     double disabledOpacity = 0.35;
 
     /// Takes what a "Theme" element says (attributes of the names above); the rest stays. What does not read is
-    /// reported and left as it was.
+    /// reported and left as it was: kErr_BadDescription. Sizes are 0 … 1e6 pixels, the opacity is 0 … 1.
     int32_t ReadFromXML(const KCXMLElement& element, std::vector<sDESCRIPTION_PROBLEM>& problems);
     int32_t WriteToXML(KCXMLElement& element) const; // what differs from the library's own theme
 
