@@ -1,18 +1,13 @@
 // How one parameter changes: the update operations, in the order in which others hear of it.
 
 #include <korvolib/alg/algorithm_internal.h>
+#include <korvolib/alg/param_stepping.h>
 
 #include <cmath>
 
 namespace kvKorvoV12_9_0_320 {
 
 namespace {
-
-// A discrete parameter's state is a whole multiple of its step that the travel still holds.
-double SettleDiscreteState(const sCONTROL_PARAM& param, double state) {
-    const double settled = param.QuantizeState(state);
-    return settled > kFullTravel ? settled - param.GetStateStep() : settled;
-}
 
 // Whether an update to the state that the parameter has already must run all the same.
 bool IsRepeatDue(const sCONTROL_PARAM& param, uint32_t flags) {
@@ -36,7 +31,7 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamState(size_t index, double sta
     sCONTROL_PARAM& param = m_params[index];
     const EPluginSetup setup = m_activeSetup;
     const uint32_t flags = param.GetFlags();
-    const double settled = param.IsDiscrete() ? SettleDiscreteState(param, state) : state;
+    const double settled = ParamStepping::Settle(param, state);
     if (param.GetState(setup) == settled && !IsRepeatDue(param, flags))
         return nullptr;
 

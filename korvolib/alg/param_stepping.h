@@ -30,6 +30,15 @@ KORVO_API double OffsetDiscrete(const KCParam_Base& param, EPluginSetup setup, d
 /// or more, then to the state that this value converts back to. A step below 0.001 counts as 0.001.
 KORVO_API double OffsetContinuous(const KCParam_Base& param, EPluginSetup setup, double direction);
 
+/// The state that an update to `state` gives a parameter: for a discrete one the nearest whole multiple of its step
+/// that the travel still holds, for all others `state`. Inline: every update asks.
+inline double Settle(const KCParam_Base& param, double state) noexcept {
+    if (!param.IsDiscrete())
+        return state;
+    const double settled = param.QuantizeState(state);
+    return settled > kFullTravel ? settled - param.GetStateStep() : settled;
+}
+
 } // namespace ParamStepping
 
 } // namespace kvKorvoV12_9_0_320

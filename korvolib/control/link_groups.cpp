@@ -159,7 +159,19 @@ bool KCLinkGroups::SanityCheck() const {
     return m_lastValues.empty() || m_lastValues.size() == m_params.size();
 }
 
-// Without a window there are no registrations that could name groups.
-void KCLinkGroups::AdjustLinkGroupsToCurrentGuiControls() {}
+void KCLinkGroups::AdjustLinkGroupsToCurrentGuiControls(std::span<const sNAMED_LINK_GROUP> named,
+                                                        std::vector<sDESCRIPTION_PROBLEM>& problems) {
+    for (size_t i = 0; i < named.size(); ++i) {
+        const int32_t group = named[i].group;
+        const auto isSame = [group](const sNAMED_LINK_GROUP& other) { return other.group == group; };
+        if (m_groups.contains(group)) {
+            AddMember(group, named[i].index);
+        } else if (std::ranges::none_of(named.first(i), isSame)) {
+            sDESCRIPTION_PROBLEM problem;
+            problem.Text << "no link group has the number " << group;
+            problems.push_back(problem);
+        }
+    }
+}
 
 } // namespace kvKorvoV12_9_0_320

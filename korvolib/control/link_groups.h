@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include <korvolib/alg/control_param.h>
@@ -45,6 +46,12 @@ struct sLINK_GROUP_INFO {
 struct sLINK_LAST_VALUES {
     double realWorld[kNumPluginSetups] = {0.0, 0.0};
     double state[kNumPluginSetups] = {0.0, 0.0};
+};
+
+// A group that somebody beside the description of the groups, such as a control, adds a parameter to.
+struct sNAMED_LINK_GROUP {
+    int32_t group = 0;
+    size_t index = 0; // of the parameter
 };
 
 class KORVO_API KCLinkGroups {
@@ -119,8 +126,10 @@ class KORVO_API KCLinkGroups {
     bool IsParamInLinkedMode(size_t index) const; // in an acting group with somebody else
     bool IsEmpty() const { return m_groups.empty(); }
     bool SanityCheck() const; // numbers, members and laws agree
-    // Adds the groups that a window's registrations name; changes nothing without a window.
-    void AdjustLinkGroupsToCurrentGuiControls();
+    // Puts parameters into the groups that the registrations of a window's controls name; those that are in them
+    // stay. A group without a description has no law and would link nothing: it is reported, not made, once.
+    void AdjustLinkGroupsToCurrentGuiControls(std::span<const sNAMED_LINK_GROUP> named,
+                                              std::vector<sDESCRIPTION_PROBLEM>& problems);
 
     // Reads a <LinkGroups> element; what has no meaning is left out and reported.
     void ReadFromXML(const KCXMLElement& element, std::vector<sDESCRIPTION_PROBLEM>& problems);

@@ -431,7 +431,8 @@ TEST_F(LinkGroupsTest, UnknownIndexesAreHarmless) {
     groups.SetMinDelta(3.0);
     EXPECT_EQ(groups.GetMinDelta(), 3.0);
     EXPECT_TRUE(groups.IsEmpty());
-    groups.AdjustLinkGroupsToCurrentGuiControls();
+    std::vector<sDESCRIPTION_PROBLEM> problems;
+    groups.AdjustLinkGroupsToCurrentGuiControls({}, problems);
     EXPECT_TRUE(groups.IsEmpty());
 }
 

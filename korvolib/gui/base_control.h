@@ -70,11 +70,17 @@ class KORVO_API KCBaseControl {
     /// Flags and parameter list; a derived class may replace the reading of either. What has no meaning goes into
     /// `problems` with its line. kErr_BadDescription when a parameter is unknown: the control is then left out.
     virtual int32_t ReadFromXMLWithAlg(const KCXMLElement& element, cALGORITHM& algorithm, Problems& problems);
+    /// A "Flags" element: one attribute for each flag.
     virtual int32_t ReadFromXMLFlags(const KCXMLElement& element, Problems& problems);
+    /// A "ParameterList" element, in place of the registrations there are. Each "Parameter" goes through the two
+    /// operations that follow; after an unknown one there are no registrations.
     virtual int32_t ReadFromXMLParameterList(const KCXMLElement& element, cALGORITHM& algorithm,
                                              Problems& problems);
+    /// Looks at a "Parameter" before anything is made of it; kErr_BadDescription when it names no parameter.
     virtual int32_t ReadFromXMLParameterList_Attributes(const KCXMLElement& element, cALGORITHM& algorithm,
                                                         Problems& problems);
+    /// Makes the registrations of a "Parameter": one, and behind it one for each further modifier set that its
+    /// "Register" children name.
     virtual int32_t ReadFromXMLParameterList_Registration(const KCXMLElement& element, cALGORITHM& algorithm,
                                                           Problems& problems);
     virtual int32_t FinishCreate();
@@ -107,7 +113,8 @@ class KORVO_API KCBaseControl {
     const KCParamRegistrationData* GetParamData(size_t registration) const noexcept;
     /// Of the lead registration, or kNoParam.
     size_t GetLeadParamIndex() const noexcept;
-    /// 0, kErr_NullArgument without an algorithm, kErr_Generic for an unknown parameter.
+    /// 0, kErr_NullArgument without an algorithm, kErr_Generic for an unknown parameter and for another algorithm
+    /// than that of the registrations before it, kErr_AllocationFailed: nothing changes then.
     int32_t Register(cALGORITHM* algorithm, size_t paramIndex, const KCRegisterInfo& info);
     int32_t Register(const KCParamRegistrationData& registration);
     /// Another info for the first registration of a parameter; kErr_Generic where there is none.
@@ -131,6 +138,10 @@ class KORVO_API KCBaseControl {
     int32_t GetGraphDataAsGraphicStream(kvGS::KCGraphicStreamBinaryWriter& writer,
                                         const KURect<double>& rect) const;
 
+    /// Appends the link groups that the registrations name: what
+    /// KCLinkGroups::AdjustLinkGroupsToCurrentGuiControls takes of all controls of a window.
+    void AppendNamedLinkGroups(std::vector<sNAMED_LINK_GROUP>& named) const;
+
     cALGORITHM* GetAlgorithm() const noexcept { return m_algorithm; }
 
   protected:
@@ -151,6 +162,12 @@ class KORVO_API KCBaseControl {
     cALGORITHM* m_algorithm = nullptr;
 
   private:
+    void Bind(size_t paramIndex);
+    void UnbindUnlessNamed(size_t paramIndex) noexcept;
+    void SettleLead() noexcept;
+    int32_t WriteFlags(KCXMLElement& element) const;
+    int32_t WriteParameterList(KCXMLElement& element) const;
+
     KCControlBinding m_binding;
 };
 

@@ -11,6 +11,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <utility>
 #include <vector>
 
 #include <korvolib/alg/algorithm.h>
@@ -20,6 +22,27 @@
 namespace kvKorvoV12_9_0_320 {
 
 class KCXMLElement;
+
+/// A parameter that a gesture holds: Touch when it is taken, Release when it is let go, at the latest when the hold
+/// ends its life. It moves with its owner; a copy holds nothing, so that no release comes twice.
+class KORVO_API KCParamHold {
+  public:
+    KCParamHold() noexcept = default;
+    ~KCParamHold();
+    KCParamHold(const KCParamHold&) noexcept {}
+    KCParamHold& operator=(const KCParamHold& other);
+    KCParamHold(KCParamHold&& other) noexcept
+        : m_algorithm(std::exchange(other.m_algorithm, nullptr)), m_index(other.m_index) {}
+    KCParamHold& operator=(KCParamHold&& other) noexcept;
+
+    bool IsHolding() const noexcept { return m_algorithm != nullptr; }
+    void Take(cALGORITHM& algorithm, size_t index); // nothing while it holds
+    void LetGo();                                   // nothing unless it holds
+
+  private:
+    cALGORITHM* m_algorithm = nullptr;
+    size_t m_index = kNoParam;
+};
 
 class KORVO_API KCParamRegistrationData {
   public:
@@ -34,7 +57,7 @@ class KORVO_API KCParamRegistrationData {
     size_t GetParamIndex() const noexcept { return m_paramIndex; }
     size_t GetParamID() const noexcept { return m_paramIndex; } // the same number: parameters are named by index
     bool IsBound() const noexcept { return m_algorithm != nullptr && m_paramIndex < m_algorithm->GetNumParams(); }
-    /// Another parameter; the stored value becomes its state.
+    /// Another parameter; the stored value becomes its state. One that is touched is released first.
     void SetRegisteredParam(cALGORITHM* algorithm, size_t paramIndex);
     const KCFixedString<127>& GetRegisteredParamName() const; // empty when not bound
 
@@ -63,13 +86,13 @@ class KORVO_API KCParamRegistrationData {
     double GetValue() const noexcept { return m_value; }
     /// Stores without touching the parameter; not-a-number is ignored, others are limited to 0 … 1000.
     void SetValue(double state) noexcept;
-    /// Stores and moves the parameter there.
+    /// Stores and moves the parameter there; a discrete one not beyond its last state. Not-a-number: null, nothing.
     BUFFER_HEADER* SetParamValue(double state);
     /// Moves the parameter to the stored value.
     BUFFER_HEADER* UpdateParamValue();
-    /// Moves by `delta`. A continuous parameter stops at the ends, or goes round with kParamFlag_ContinuousWraps; a
-    /// discrete one goes from 0 to its last state. `hasChanged`, if given, tells whether the stored value moved.
-    /// Nothing happens when the record is not registered to `type`.
+    /// Moves by `delta`; one that is not finite is ignored. A continuous parameter stops at the ends, or goes round
+    /// with kParamFlag_ContinuousWraps; a discrete one goes from 0 to its last state. `hasChanged`, if given, tells
+    /// whether the stored value moved. Nothing happens when the record is not registered to `type`.
     BUFFER_HEADER* OffsetParamValue(double delta, ERegisterType type, bool* hasChanged = nullptr);
     /// To the next state in the direction's sign whose value differs.
     BUFFER_HEADER* OffsetParamValueToNextDifferentValue(double direction, ERegisterType type,
@@ -86,7 +109,7 @@ class KORVO_API KCParamRegistrationData {
     /// A typed text as a state. False, with `state` as it was, for a text that is refused.
     bool TranslateValue(const KCFixedStringBase& text, double& state) const;
     int32_t GetNumStates() const;
-    /// (states − 1) × step for a discrete parameter with states, 1000 for others.
+    /// (states − 1) × step, at most 1000, for a discrete parameter with states; 1000 for others.
     double GetLastState() const;
     sSCALE_INFO GetScaleInfo() const;
     bool IsActiveControllerParameterDiscrete() const;
@@ -132,10 +155,15 @@ class KORVO_API KCParamRegistrationData {
     /// The parameter's graph as points of the graph window, in the control's pixels; capacity of `points` is
     /// reused.
     void GetGraphDataFromParam(std::vector<KUPoint<float>>& points) const;
+    /// The same one by one, as points of a rectangle of the caller's: how many there are, and the point of that
+    /// number. False, with `point` as it was, past the end and for what has no place: not finite, no axis.
+    size_t GetNumGraphPoints() const;
+    bool GetGraphPoint(size_t number, const KURect<double>& rect, KUPoint<float>& point) const;
     /// The texts as they stand now.
     void UpdateValue(KCFixedStringBase& text) const;
     void UpdateLabel(KCFixedStringBase& text) const;
     void UpdateUnits(KCFixedStringBase& text) const;
+    /// Takes the windows of another skin's element of the parameter list; what that does not name is not shown.
     void UpdateDataForSkinChange(const KCXMLElement& element);
     void RemoveDrawAttributes() noexcept; // shows nothing any more
 
@@ -154,10 +182,16 @@ class KORVO_API KCParamRegistrationData {
 
     // The description -------------------------------------------------------------------------------------------
     /// Takes the attributes of an element of the parameter list and its children: "Register" or "RegisterType",
-    /// "Drag", "Drop", "LabelWin", "ValueWin", "UnitsWin", "BitmapWin", "ParamDependantGraphWin". What has no
-    /// meaning is reported and left out. kErr_BadDescription for an unknown parameter.
+    /// "Drag", "Drop", "LabelWin", "ValueWin", "UnitsWin", "BitmapWin", "ParamDependantGraphWin". Of several
+    /// "Register" those with the modifiers of the first count: the control makes further records of the others.
+    /// What has no meaning is reported and left out. kErr_BadDescription for an unknown parameter.
     int32_t ReadFromXML(const KCXMLElement& element, cALGORITHM& algorithm, Problems& problems);
+    /// The modifier set that "Modifiers" names: each word counts wherever it stands in the value.
+    static KUModifiers ReadModifiers(const KCXMLElement& element) noexcept;
+    /// One "Register". The first that names a gesture gives the record its type, further ones add flags.
+    /// kErr_BadDescription for a word that is no type: nothing changes.
     int32_t ReadFromXMLRegister(const KCXMLElement& element, Problems& problems);
+    /// "Value", 0 … 1000. kErr_BadDescription, and nothing changes, for anything else.
     int32_t ReadFromXMLDrag(const KCXMLElement& element);
     int32_t ReadFromXMLDrop(const KCXMLElement& element);
     static int32_t ReadFromXMLTextWin(const KCXMLElement& element, sTEXT_WIN& win, Problems& problems);
@@ -173,7 +207,16 @@ class KORVO_API KCParamRegistrationData {
     void PrintRegistrationData(KCFixedStringBase& text) const;
 
   private:
+    const sCONTROL_PARAM* GetParam() const noexcept;
     BUFFER_HEADER* MoveTo(double state);
+    bool FindParam(const KCXMLElement& element, cALGORITHM& algorithm, Problems& problems);
+    void ReadAttributes(const KCXMLElement& element, Problems& problems);
+    void ReadChildren(const KCXMLElement& element, Problems& problems);
+    int32_t TakeRegister(const KCXMLElement& element, bool isFirst, Problems& problems);
+    void ReadWindow(const KCXMLElement& child, Problems& problems);
+    int32_t WriteAttributes(KCXMLElement& element) const;
+    int32_t WriteRegisters(KCXMLElement& element) const;
+    int32_t WriteWindows(KCXMLElement& element) const;
 
     cALGORITHM* m_algorithm = nullptr;
     size_t m_paramIndex = kNoParam;
@@ -183,7 +226,7 @@ class KORVO_API KCParamRegistrationData {
     double m_sensitivity = 1.0;
     double m_hoverDelayMs = 0.0;
     double m_residue[2] = {0.0, 0.0};
-    bool m_isTouched = false;
+    KCParamHold m_hold;
     sTEXT_WIN m_label, m_valueWin, m_units;
     sBITMAP_WIN m_bitmap;
     sGRAPH_WIN m_graph;

@@ -5,7 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
+#include <korvolib/alg/description_problem.h>
 #include <korvolib/export.h>
 #include <korvolib/utilities/color.h>
 #include <korvolib/utilities/geometry.h>
@@ -53,5 +55,20 @@ struct KORVO_API sGRAPH_WIN {
     bool IsShown() const noexcept { return !rect.IsEmpty(); }
     friend bool operator==(const sGRAPH_WIN&, const sGRAPH_WIN&) noexcept = default;
 };
+
+// Elements of a description: "Rect", "Height", "Align", "Color", "Bold"; "ResID", "NumImages", "Rect"; "Rect",
+// "MinX", "MaxX", "MinY", "MaxY", "Color", "StrokeWidth". What does not read or has no place is reported and left
+// as it was (kErr_BadDescription); what is not named stays.
+
+KORVO_API int32_t ReadWindowFromXML(const KCXMLElement& element, sTEXT_WIN& win,
+                                    std::vector<sDESCRIPTION_PROBLEM>& problems);
+KORVO_API int32_t ReadWindowFromXML(const KCXMLElement& element, sBITMAP_WIN& win,
+                                    std::vector<sDESCRIPTION_PROBLEM>& problems);
+KORVO_API int32_t ReadWindowFromXML(const KCXMLElement& element, sGRAPH_WIN& win,
+                                    std::vector<sDESCRIPTION_PROBLEM>& problems);
+/// All that differs from a fresh window. The codes of KCXMLElement::SetAttribute.
+KORVO_API int32_t WriteWindowToXML(KCXMLElement& element, const sTEXT_WIN& win);
+KORVO_API int32_t WriteWindowToXML(KCXMLElement& element, const sBITMAP_WIN& win);
+KORVO_API int32_t WriteWindowToXML(KCXMLElement& element, const sGRAPH_WIN& win);
 
 } // namespace kvKorvoV12_9_0_320

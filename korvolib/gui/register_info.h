@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bitset>
+#include <cstddef>
 
 #include <korvolib/export.h>
 #include <korvolib/gui/event_data.h>
@@ -12,11 +13,12 @@ namespace kvKorvoV12_9_0_320 {
 
 class KORVO_API KCRegisterInfo {
   public:
-    KCRegisterInfo() noexcept = default;
+    /// Highlights only: the one flag of type 0.
+    KCRegisterInfo() noexcept { SetType(kRegister_Highlight); }
     explicit KCRegisterInfo(ERegisterType type) noexcept { SetType(type); }
     KCRegisterInfo(ERegisterType type, KUModifiers modifiers) noexcept : m_modifiers(modifiers) { SetType(type); }
 
-    /// Back to a highlight-only registration without modifiers and values. Its one flag is that of type 0.
+    /// Back to a highlight-only registration without modifiers and values.
     void Clear() noexcept;
 
     ERegisterType GetType() const noexcept { return m_type; }
@@ -35,7 +37,8 @@ class KORVO_API KCRegisterInfo {
     bool CompareParamModifiers(const KCRegisterInfo& other) const noexcept;
     bool CompareParamModifiers(KUModifiers modifiers) const noexcept { return m_modifiers == modifiers; }
 
-    /// States that a drag carries away and that a drop brings; negative: the parameter's own state.
+    /// States that a drag carries away and that a drop brings; negative and not-a-number: the parameter's own
+    /// state.
     void GetDragDropValues(double& drag, double& drop) const noexcept;
     void SetDragDropValues(double drag, double drop) noexcept;
 
