@@ -32,7 +32,7 @@ int32_t KCGraphicStreamToSVG::ExecFinish(int32_t result) {
     const auto limited = [](float value) { return value > 0 && value <= kMaxCoordinate ? value : 0.0F; };
     const float width = limited(m_stream.logicalSize.width);
     const float height = limited(m_stream.logicalSize.height);
-    const float scale = limited(m_stream.scale) > 0 ? m_stream.scale : 1;
+    const float scale = m_scale * (limited(m_stream.scale) > 0 ? m_stream.scale : 1);
     Put("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" version=\"1.1\" "
         "width=\"");

@@ -26,6 +26,10 @@ class KORVO_API KCGraphicStreamToSVG final : public KCGraphicStreamPainter {
     /// The document of the last walk, UTF-8. Valid until the next one.
     std::string_view GetText() const noexcept { return m_document.GetText(); }
 
+    /// The drawing asks for this many times the picture's own size; it looks the same. 1 unless told; what is not
+    /// above 0, or not a number, counts as 1.
+    void SetScale(float scale) noexcept { m_scale = scale > 0 && scale <= kMaxCoordinate ? scale : 1; }
+
     /// Size of a picture whose stream states none, in drawing units.
     static constexpr SGSSize kDefaultSize{640, 480};
 
@@ -70,6 +74,7 @@ class KORVO_API KCGraphicStreamToSVG final : public KCGraphicStreamPainter {
     KCStMemObj m_document;
     KCStMemObj m_body;
     SGSStream m_stream;
+    float m_scale = 1;
     bool m_failed = false;
     size_t m_numClips = 0;
     size_t m_depth = 0;

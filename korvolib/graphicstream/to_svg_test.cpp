@@ -64,6 +64,20 @@ TEST(StreamToSVG, AStreamWithoutASizeHasTheDefaultOne) {
     EXPECT_NE(SvgOf(writer).find("viewBox=\"0 0 640 480\""), std::string::npos);
 }
 
+TEST(StreamToSVG, AScaleMultipliesTheSizeAndNothingElse) {
+    KCGraphicStreamBinaryWriter writer;
+    writer.OpenStream(Picture(200, 100));
+    KCGraphicStreamToSVG svg;
+    svg.SetScale(2.5F);
+    ASSERT_EQ(svg.ExecStream(writer), kvKorvo::kErr_NoErr);
+    EXPECT_NE(svg.GetText().find("width=\"500\" height=\"250\" viewBox=\"0 0 200 100\""), std::string::npos);
+    for (const float none : {0.0F, -1.0F, std::numeric_limits<float>::quiet_NaN()}) {
+        svg.SetScale(none);
+        ASSERT_EQ(svg.ExecStream(writer), kvKorvo::kErr_NoErr);
+        EXPECT_NE(svg.GetText().find("width=\"200\" height=\"100\""), std::string::npos);
+    }
+}
+
 TEST(StreamToSVG, ASizeThatIsNoNumberIsZero) {
     KCGraphicStreamBinaryWriter writer;
     writer.OpenStream(Picture(std::numeric_limits<float>::quiet_NaN(), -5));
