@@ -117,11 +117,28 @@ bool ReadRect(const KCXMLElement& element, const char* name, KURect<double>& val
     return true;
 }
 
-KCFixedString<127> RectText(const KURect<double>& rect) {
+bool ReadWord(const KCXMLElement& element, const char* name, std::span<const char* const> words, size_t& index,
+              Problems& problems) {
+    const char* const text = element.GetAttribute(name);
+    if (text == nullptr)
+        return false;
+    const auto found = std::ranges::find(words, std::string_view(text));
+    if (found == words.end())
+        return Report(element, name, "one of its words", problems);
+    index = static_cast<size_t>(found - words.begin());
+    return true;
+}
+
+KCFixedString<127> NumbersText(std::span<const double> values) {
     KCFixedString<127> text;
-    for (const double value : {rect.left, rect.top, rect.GetWidth(), rect.GetHeight()})
+    for (const double value : values)
         AppendNumber(text, value);
     return text;
+}
+
+KCFixedString<127> RectText(const KURect<double>& rect) {
+    const double values[] = {rect.left, rect.top, rect.GetWidth(), rect.GetHeight()};
+    return NumbersText(values);
 }
 
 } // namespace kvKorvoV12_9_0_320::GUIDescription

@@ -38,6 +38,22 @@ bool ReadNumbers(const KCXMLElement& element, const char* name, std::span<double
 /// "x y w h"; a negative size is reported.
 bool ReadRect(const KCXMLElement& element, const char* name, KURect<double>& value, Problems& problems);
 
+/// The index of the value among the words.
+bool ReadWord(const KCXMLElement& element, const char* name, std::span<const char* const> words, size_t& index,
+              Problems& problems);
+/// The same for an enumeration whose values count the words.
+template <class Enum>
+bool ReadWord(const KCXMLElement& element, const char* name, std::span<const char* const> words, Enum& value,
+              Problems& problems) {
+    size_t index = 0;
+    if (!ReadWord(element, name, words, index, problems))
+        return false;
+    value = static_cast<Enum>(index);
+    return true;
+}
+
+/// Numbers with blanks between them, as ReadNumbers takes them.
+KCFixedString<127> NumbersText(std::span<const double> values);
 /// "x y w h", as ReadRect takes it.
 KCFixedString<127> RectText(const KURect<double>& rect);
 

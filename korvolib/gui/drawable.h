@@ -15,8 +15,9 @@ class KORVO_API CDrawable : public CXMLable, public RM::KCResContainerUser {
   public:
     CDrawable() = default;
 
-    /// "Rect", "Color", "FrameColor", "Radius", "Text" with its attributes, "ResID". kErr_BadDescription without a
-    /// rectangle.
+    /// "Rect", "Color", "FrameColor", "Radius", "Text" with its attributes, "ResID"; what is not there is as in a
+    /// new drawable. kErr_BadDescription without a rectangle, with nothing changed, and for attributes that do not
+    /// read: these are left out.
     int32_t ReadFromXML(const KCXMLElement& element) override;
     int32_t WriteToXML(KCXMLElement& element) const override;
     /// In the window's own pixels.

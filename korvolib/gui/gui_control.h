@@ -16,17 +16,17 @@
 #include <span>
 #include <vector>
 
+#include <korvolib/graphicstream/records.h>
 #include <korvolib/gui/base_control.h>
 #include <korvolib/gui/event_data.h>
 #include <korvolib/gui/interfaces.h>
+#include <korvolib/gui/popup_menu.h>
 #include <korvolib/gui/selectable.h>
 #include <korvolib/utilities/color.h>
 #include <korvolib/utilities/geometry.h>
 #include <korvolib/utilities/xml/xmlable.h>
 
 namespace kvKorvoV12_9_0_320 {
-
-class KCControlPopupMenuHandler;
 
 /// Which axis places and moves along: of faders and knobs.
 enum class KEControlDirection : int32_t { Vertical, Horizontal, Both };
@@ -59,6 +59,8 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     void UpdateDisabledMode() override;
     void UpdatePointer(size_t paramIndex) noexcept override;
     void DebugControl(KCFixedStringBase& text) const override;
+    /// A selection shows: marks for redraw.
+    void SetSelectionSelf(int32_t minimum, int32_t maximum) override;
 
     // New slots, in their order; a test reads the numbers.
     // ---------------------------------------------------------
@@ -75,8 +77,8 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     virtual void GetValueWinText(size_t registration, KCFixedStringBase& text) const;
     virtual bool CanEnterText() const;
     virtual KUPoint<double> GetCursorPosOnRelease(const KCEventData& event) const;
-    virtual KUPoint<double>
-    CalcRelativeClickPoint(const KCEventData& event) const; // 0 … 1 in the movement rectangle
+    /// 0 … 1 in the movement rectangle, from its left top corner; beyond it the nearest end.
+    virtual KUPoint<double> CalcRelativeClickPoint(const KCEventData& event) const;
     /// A delta of pixels as a delta of states. Discrete: one state for every 96, the rest stays in `residue`.
     /// Continuous: up to 2 pixels count as that many state steps, more as a share of the pixel range.
     virtual double ConvertMouseDeltaFromPixelsToState(double deltaPixels, double& residue, uint64_t registration,
@@ -85,7 +87,7 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     virtual bool CanExecuteImmediately() const; // its chains go out with every event, not at the end of a gesture
     virtual bool ControlHandlesMultiSelect() const;
     virtual bool IsDisabled() const;
-    virtual bool ShouldDrawTopmost() const;
+    virtual bool ShouldDrawTopmost() const; // beside the flag kControl_DrawTopmost, for what a state asks for
     virtual void SetDisabled();
     virtual void ClearDisabled();
     virtual Rect GetValueRectSelf(size_t registration) const;
@@ -173,7 +175,8 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     bool DoYouIntersect(const Rect& rect) const { return DoYouIntersectSelf(rect); }
     void Show();
     void Hide();
-    bool IsVisible() const { return !m_flags[kControl_Hidden]; }
+    /// Neither hidden nor, with KEDisableMode::Hide, disabled.
+    bool IsVisible() const;
     KUColor GetColor() const noexcept { return m_color; }
     bool HasColor() const noexcept { return m_hasColor; }
     int32_t GetGroup() const noexcept { return m_group; } // radio buttons of one number
@@ -183,7 +186,8 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     /// Multiplies both deltas of every drag; 1 unless told.
     double GetDragSensitivity() const noexcept { return m_dragSensitivity; }
     void SetDragSensitivity(double factor) noexcept;
-    int16_t GetPixelRange() const; // of its movement rectangle, along its direction; at least 1
+    /// Length of the movement rectangle along the control's direction, the height where it has both; at least 1.
+    int16_t GetPixelRange() const;
     const KCFixedString<31>& GetClassName() const noexcept { return m_className; }
     const KCFixedString<63>& GetAcceptableCharacters() const noexcept { return m_acceptableCharacters; }
 
@@ -197,7 +201,11 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     }
 
     // Gesture ----------------------------------------------------------------------------------------------------
+    /// From a press that this control took to its end.
     bool IsInGesture() const noexcept { return m_isInGesture; }
+    /// The gesture carries a state (GetCarriedState) to where it ends; the window asks the control there.
+    bool IsDragDropping() const noexcept { return m_isDragDropping; }
+    double GetCarriedState() const noexcept { return m_carriedState; }
     /// Ends a gesture whose end will not come: every touched parameter is released. Safe at any time.
     void Release();
     /// Distance from the press on either axis from which a drag carries: more than 3 pixels.
@@ -228,7 +236,31 @@ class KORVO_API KCGUIControl : public KCBaseControl,
 
   protected:
     KCGUIControl();
+    /// The same description and registrations; not the window, the dependents or a gesture.
     KCGUIControl(const KCGUIControl& other);
+
+    // What a concrete control builds its own events from -----------------------------------------------------
+    /// The event is finite, and the control is to be seen and enabled.
+    bool TakesInput(const KCEventData& event) const;
+    /// Touches the parameter of a registration, once for all registrations of that parameter. In a gesture its end
+    /// releases, otherwise EndSingleEvent.
+    void TouchParamOf(size_t registration);
+    void EndSingleEvent();
+    /// Moves there, with a touch and, outside of a gesture, the release.
+    BUFFER_HEADER* SetStateOf(size_t registration, double state);
+    /// Whether the registration goes along with the horizontal axis: where the control has both directions, one
+    /// that is registered to DragHorizontal and not to DragVertical, or whose role is "X".
+    bool IsHorizontal(const KCParamRegistrationData& param) const;
+    /// The state of the place under the pointer.
+    double GetStateAtPoint(const KCParamRegistrationData& param, const KCEventData& event) const;
+    /// A colour as it is drawn now: fainter while the control is disabled and dims.
+    kvGS::SGSRGBAColor GetInk(KUColor color) const;
+    /// A rectangle of a registration or of the description, which counts from the control's corner, in the window.
+    Rect ToWindow(const Rect& rect) const;
+    /// A text window of a registration, in the theme's font; a height or colour that it does not name is `height`
+    /// and `color`.
+    void DrawTextWin(Writer& writer, const sTEXT_WIN& win, const KCFixedStringBase& text, double height,
+                     KUColor color) const;
 
     Rect m_rect;
     KUPoint<double> m_rectOffset;
@@ -246,16 +278,46 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     KCFixedString<31> m_className;
     KCFixedString<63> m_acceptableCharacters;
     bool m_isHighlighted = false;
-    bool m_isInGesture = false;
+    bool m_isInGesture = false;     // a MouseDownSelf that sets `isHandled` also begins one
     KUModifiers m_gestureModifiers; // of the last event of the gesture
     KUPoint<double> m_lastTouch;
 
   private:
+    int16_t PixelRangeAlong(bool isHorizontal) const;
+    BUFFER_HEADER* BeginPress(const KCEventData& event, bool& isHandled);
+    BUFFER_HEADER* FirePress(size_t registration, const KCEventData& event);
+    BUFFER_HEADER* DragBy(const KCEventData& event, double deltaX, double deltaY);
+    BUFFER_HEADER* DragRegistration(size_t registration, KUModifiers keys, double deltaX, double deltaY);
+    BUFFER_HEADER* DragAlong(size_t registration, double deltaPixels, bool isHorizontal);
+    BUFFER_HEADER* FireRelease();
+    BUFFER_HEADER* Hover(const KCEventData& event);
+    BUFFER_HEADER* StepRegistration(size_t registration, double steps, ERegisterType type);
+    BUFFER_HEADER* KeyRegistration(size_t registration, uint32_t key, bool& isHandled);
+    BUFFER_HEADER* KeyAll(const KCEventData& event, bool& isHandled);
+    void AdoptModifiers(KUModifiers modifiers);
+    void AddRedraw(Rect& redraw) const;
+    size_t FindRegistration(ERegisterType type) const; // kNoParam for none
+    bool IsAcceptable(const KCFixedStringBase& text) const;
+    void DrawImageOf(Writer& writer, const sBITMAP_WIN& images, int32_t image) const;
+    void AddDefaultGestures(size_t registration);
+    int32_t ReadLook(const KCXMLElement& element, Problems& problems);
+    int32_t WriteLook(KCXMLElement& element) const;
+    int32_t WriteLists(KCXMLElement& element) const;
+
     bool m_needsRedraw = true;
+    bool m_isDisabled = false;
+    bool m_isDragPress = false; // the press lay where a drag begins
+    bool m_isDragDropping = false;
+    double m_carriedState = 0.0;
+    KUModifiers m_pressModifiers;
+    double m_wheelRest[2] = {0.0, 0.0}; // parts of notches: horizontal, vertical
+    KCStateMenu m_menu;
     std::vector<KCGUIControl*> m_dependents;
     std::vector<KCFixedString<63>> m_dependentIDs;
     std::vector<KCFixedString<63>> m_drawDependentIDs;
     KCControlHome* m_home = nullptr;
+    uint64_t m_markPass = 0; // of SetNeedToRedrawControl: who has been reached, and who is next
+    KCGUIControl* m_nextToMark = nullptr;
 };
 
 } // namespace kvKorvoV12_9_0_320
