@@ -94,6 +94,7 @@ class KORVO_API KCBaseControl {
     virtual int32_t FinishCreateSelf();
     virtual void DebugControl(KCFixedStringBase& text) const; // only calls the next
     virtual void DebugControlSelf(KCFixedStringBase& text) const;
+    /// Hooks of a concrete control: called by the reader of the class above it when all else has been read.
     virtual int32_t ReadFromXMLWithAlgSelf(const KCXMLElement& element, cALGORITHM& algorithm, Problems& problems);
     virtual int32_t UpdateFromXMLWithAlgSelf(const KCXMLElement& element, cALGORITHM& algorithm,
                                              Problems& problems);

@@ -111,11 +111,16 @@ int32_t KCBaseControl::ReadFromXMLParameterList_Registration(const KCXMLElement&
     // The windows stay with the first; what else the element says holds for all.
     const KUModifiers ofFirst = record.GetRegisterInfo().GetModifiers();
     record.RemoveDrawAttributes();
+    double drag = 0.0, drop = 0.0;
+    record.GetRegisterInfo().GetDragDropValues(drag, drop);
     record.GetRegisterInfo().Clear();
+    record.GetRegisterInfo().SetDragDropValues(drag, drop);
     record.SetSensitivity(OwnSensitivity(element));
     for (const KCXMLElement& child : element.Children()) {
         const KUModifiers modifiers = KCParamRegistrationData::ReadModifiers(child);
-        if (!IsRegister(child) || modifiers == ofFirst)
+        ERegisterType type = kRegister_Highlight;
+        const bool hasType = RegisterTypeFromName(child.GetAttribute("Type"), type);
+        if (!IsRegister(child) || !hasType || modifiers == ofFirst)
             continue;
         const size_t known = FindModifiers(m_params, first, modifiers);
         KCParamRegistrationData further = record;

@@ -130,15 +130,15 @@ void KCParamRegistrationData::ReadAttributes(const KCXMLElement& element, Proble
 
 void KCParamRegistrationData::ReadChildren(const KCXMLElement& element, Problems& problems) {
     bool isFirst = true;
-    KUModifiers modifiers;
     for (const KCXMLElement& child : element.Children()) {
         if (!IsRegister(child)) {
             ReadWindow(child, problems);
             continue;
         }
-        if (isFirst)
-            modifiers = ReadModifiers(child);
-        if (isFirst || ReadModifiers(child) == modifiers)
+        // Those without a meaning are reported here, whatever record they would have been of.
+        ERegisterType type = kRegister_Highlight;
+        const bool isOfThis = isFirst || ReadModifiers(child) == m_info.GetModifiers();
+        if (!RegisterTypeFromName(child.GetAttribute("Type"), type) || isOfThis)
             isFirst = TakeRegister(child, isFirst, problems) != kErr_NoErr && isFirst;
     }
 }
