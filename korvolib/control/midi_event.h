@@ -50,6 +50,10 @@ class KorvoMidiEvent {
     constexpr bool IsChannelMessage() const noexcept { return m_status >= 0x80 && m_status < 0xF0; }
     /// Frames from the beginning of the block in which the event arrives.
     constexpr uint32_t GetFrameOffset() const noexcept { return m_frameOffset; }
+    /// The same message at another place.
+    constexpr KorvoMidiEvent AtFrame(uint32_t frameOffset) const noexcept {
+        return {m_status, m_data1, m_data2, frameOffset};
+    }
 
     friend constexpr bool operator==(const KorvoMidiEvent&, const KorvoMidiEvent&) noexcept = default;
 

@@ -89,6 +89,7 @@ TEST(KorvoMidiEvent, KeepsItsBytesAndItsPlace) {
     EXPECT_EQ(event.GetData2(), 64);
     EXPECT_EQ(event.GetFrameOffset(), 480u);
     EXPECT_NE(event, KorvoMidiEvent(0xB2, 7, 64));
+    EXPECT_EQ(event.AtFrame(0), KorvoMidiEvent(0xB2, 7, 64));
 }
 
 TEST(KCMidiParser, MakesOneEventOfOneMessage) {
