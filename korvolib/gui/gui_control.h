@@ -59,8 +59,6 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     void UpdateDisabledMode() override;
     void UpdatePointer(size_t paramIndex) noexcept override;
     void DebugControl(KCFixedStringBase& text) const override;
-    /// A selection shows: marks for redraw.
-    void SetSelectionSelf(int32_t minimum, int32_t maximum) override;
 
     // New slots, in their order; a test reads the numbers.
     // ---------------------------------------------------------
@@ -166,6 +164,8 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     void Draw(Writer& writer) const;
     void SetNeedToRedrawControl() noexcept; // this control and its dependents
     void OnNeedToDraw() noexcept override { SetNeedToRedrawControl(); }
+    /// A selection shows: marks for redraw. (Stands behind the slots, as all overrides of the other bases do.)
+    void SetSelectionSelf(int32_t minimum, int32_t maximum) override;
 
     // Place and look --------------------------------------------------------------------------------------------
     Rect GetRect() const noexcept { return m_rect; }
