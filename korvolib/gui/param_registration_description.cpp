@@ -17,20 +17,10 @@ namespace {
 using namespace GUIDescription;
 
 constexpr const char* kModifierWords[kNumModifiers] = {"Primary", "Secondary", "Shift", "Alt"};
-constexpr const char* kParameterAttributes[] = {"Name",       "Role",         "FixedState", "Sensitivity",
-                                                "LinkGroups", "SpecificData", "Array"};
-constexpr const char* kParameterChildren[] = {"Register", "RegisterType", "Drag",
-                                              "Drop",     "LabelWin",     "ValueWin",
-                                              "UnitsWin", "BitmapWin",    "ParamDependantGraphWin"};
 constexpr double kLongestDelayMs = 1e6;
 
 bool IsRegister(const KCXMLElement& element) noexcept {
     return element.HasName("Register") || element.HasName("RegisterType");
-}
-
-template <size_t N>
-bool IsOneOf(const char* const (&names)[N], const char* name) noexcept {
-    return std::ranges::any_of(names, [name](const char* known) { return std::strcmp(known, name) == 0; });
 }
 
 // "1 2 7"
@@ -217,6 +207,21 @@ void KCParamRegistrationData::UpdateDataForSkinChange(const KCXMLElement& elemen
 #ifdef NDEBUG
 void KCParamRegistrationData::XMLSanityCheckDebugOnly(const KCXMLElement&, Problems&) {}
 #else
+namespace {
+
+constexpr const char* kParameterAttributes[] = {"Name",       "Role",         "FixedState", "Sensitivity",
+                                                "LinkGroups", "SpecificData", "Array"};
+constexpr const char* kParameterChildren[] = {"Register", "RegisterType", "Drag",
+                                              "Drop",     "LabelWin",     "ValueWin",
+                                              "UnitsWin", "BitmapWin",    "ParamDependantGraphWin"};
+
+template <size_t N>
+bool IsOneOf(const char* const (&names)[N], const char* name) noexcept {
+    return std::ranges::any_of(names, [name](const char* known) { return std::strcmp(known, name) == 0; });
+}
+
+} // namespace
+
 void KCParamRegistrationData::XMLSanityCheckDebugOnly(const KCXMLElement& element, Problems& problems) {
     for (size_t i = 0; i < element.GetAttributeCount(); ++i)
         if (!IsOneOf(kParameterAttributes, element.GetAttributeName(i)))
