@@ -7,7 +7,7 @@
 
 #include "failure.h"
 #include "level_meter.h"
-#include "plot_file.h"
+#include "picture_file.h"
 #include "plot_labels.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -73,7 +73,7 @@ using Writer = kvGS::KCGraphicStreamBinaryWriter;
 std::string FileOf(const sLEVEL_PLOT& plot, const std::string& path) {
     Writer writer;
     RecordLevelPlot(plot, writer);
-    return PlotFileContents(path, writer);
+    return PictureFileContents(path, writer, {});
 }
 
 std::string YamlOf(const sLEVEL_PLOT& plot) { return FileOf(plot, "plot.yaml"); }
@@ -137,18 +137,36 @@ TEST(LevelPlot, EventsOfOneTimeShareALine) {
     EXPECT_EQ(numLines(), ofOne + 1);
 }
 
-TEST(PlotFile, IsWhatItsEndingSays) {
+TEST(PictureFile, IsWhatItsEndingSays) {
     EXPECT_TRUE(FileOf({}, "a.png").starts_with("\x89PNG\r\n"));
     EXPECT_TRUE(FileOf({}, "a.SVG").starts_with("<?xml"));
     Writer writer;
     RecordLevelPlot({}, writer);
-    EXPECT_EQ(PlotFileContents("a.gs", writer), writer.GetStreamMemObj().GetText());
+    EXPECT_EQ(PictureFileContents("a.gs", writer, {}), writer.GetStreamMemObj().GetText());
 }
 
-TEST(PlotFile, OfAnotherKindIsRefused) {
-    RefuseUnknownPlotKind("a.yaml");
-    EXPECT_THROW(RefuseUnknownPlotKind("a.pdf"), KCHostFailure);
-    EXPECT_THROW(RefuseUnknownPlotKind("svg"), KCHostFailure);
+TEST(PictureFile, HasTheSizeThatItsScaleSays) {
+    Writer writer;
+    RecordLevelPlot({}, writer);
+    const std::string natural = PictureFileContents("a.svg", writer, {2.0, 1.0, nullptr});
+    const std::string threefold = PictureFileContents("a.svg", writer, {2.0, 3.0, nullptr});
+    const auto number = [](const std::string& text, const std::string& word) {
+        return std::stod(text.substr(text.find(word) + word.size()));
+    };
+    EXPECT_EQ(number(threefold, " width=\""), 3.0 * number(natural, " width=\""));
+    EXPECT_EQ(number(threefold, " height=\""), 3.0 * number(natural, " height=\""));
+    const std::string small = PictureFileContents("a.png", writer, {1.0, 1.0, nullptr});
+    const std::string large = PictureFileContents("a.png", writer, {2.0, 1.0, nullptr});
+    const auto pngWidth = [](const std::string& png) { // big-endian, after the name of the first chunk
+        return (static_cast<unsigned char>(png[18]) << 8) + static_cast<unsigned char>(png[19]);
+    };
+    EXPECT_EQ(pngWidth(large), 2 * pngWidth(small));
+}
+
+TEST(PictureFile, OfAnotherKindIsRefused) {
+    RefuseUnknownPictureKind("a.yaml", "a plot");
+    EXPECT_THROW(RefuseUnknownPictureKind("a.pdf", "a plot"), KCHostFailure);
+    EXPECT_THROW(RefuseUnknownPictureKind("svg", "a plot"), KCHostFailure);
 }
 
 } // namespace

@@ -15,7 +15,7 @@
 #include "level_meter.h"
 #include "level_plot.h"
 #include "parameter_text.h"
-#include "plot_file.h"
+#include "picture_file.h"
 #include "progress_bar.h"
 #include "session_player.h"
 #include "sound_file.h"
@@ -151,7 +151,7 @@ class KCRendering {
         kvGS::KCGraphicStreamBinaryWriter writer;
         RecordLevelPlot(Plot(), writer);
         for (KCOutputFile& plot : m_plots)
-            plot.Write(PlotFileContents(plot.GetPath(), writer));
+            plot.Write(PictureFileContents(plot.GetPath(), writer, {}));
     }
 
     sLEVEL_PLOT Plot() const {
@@ -194,7 +194,7 @@ void Render(const sRENDER_OPTIONS& options) {
     outputs.insert(outputs.end(), options.plots.begin(), options.plots.end());
     RefuseSharedOutputs(outputs);
     for (const std::string& plot : options.plots)
-        RefuseUnknownPlotKind(plot);
+        RefuseUnknownPictureKind(plot, "a plot");
     KCRendering rendering(options);
     rendering.Run();
     std::printf("%s\n", rendering.Summary().c_str());
