@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <korvolib/graphicstream/binary_writer.h>
+#include <korvolib/graphicstream/to_yaml.h>
 #include <korvolib/gui/gui_control.h>
 #include <korvolib/gui/gui_test_internal.h>
 #include <korvolib/gui/theme.h>
@@ -38,6 +40,7 @@ class TestControl : public KCGUIControl {
     using KCGUIControl::GetInk;
     using KCGUIControl::m_direction;
     using KCGUIControl::m_disableMode;
+    using KCGUIControl::m_images;
     using KCGUIControl::m_selectionImages;
 
     std::vector<ERegisterType> gestures{kRegister_DragVertical, kRegister_Wheel, kRegister_Keys};
@@ -66,6 +69,16 @@ class TestHome : public KCControlHome {
     KCTheme theme;
     std::vector<KCGUIControl*> marked;
 };
+
+// A recorded picture as YAML.
+inline std::string PictureText(const kvGS::KCGraphicStreamBinaryWriter& writer) {
+    kvGS::KCGraphicStreamToYAML yaml;
+    EXPECT_EQ(writer.GetError(), kErr_NoErr);
+    EXPECT_EQ(yaml.ExecStream(writer), kErr_NoErr);
+    return std::string(yaml.GetText());
+}
+
+inline bool Contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
 // An algorithm of ThreeParams and one control of 100 by 200 pixels at (10, 20).
 class OneControl : public ::testing::Test {
