@@ -1,0 +1,75 @@
+#include <korvolib/gui/controls/knob.h>
+
+#include <korvolib/gui/controls/draw_shapes_internal.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace kvKorvoV12_9_0_320 {
+
+namespace {
+
+constexpr double kStartAngle = 135.0; // clockwise from the right: the travel opens downwards
+constexpr double kSweepAngle = 270.0;
+constexpr double kMinDial = 20.0;
+constexpr double kMinBody = 4.0;
+
+KUPoint<double> OnCircle(KUPoint<double> centre, double radius, double angle) {
+    const double radians = angle * std::numbers::pi / 180.0;
+    return {centre.x + radius * std::cos(radians), centre.y + radius * std::sin(radians)};
+}
+
+void DrawDial(KCShapes& shapes, const KURect<double>& rect, double fraction, double origin) {
+    const KCTheme& theme = shapes.Theme();
+    const KUPoint<double> centre = rect.GetCentre();
+    const double stroke = theme.strokeWidth;
+    const double radius = std::min(rect.GetWidth(), rect.GetHeight()) / 2 - stroke / 2;
+    const double body = radius - stroke * 1.5;
+    const double angle = kStartAngle + kSweepAngle * fraction;
+    shapes.Arc(centre, radius, kStartAngle, kSweepAngle, stroke, theme.track);
+    shapes.Arc(centre, radius, kStartAngle + kSweepAngle * origin, kSweepAngle * (fraction - origin), stroke,
+               theme.accent);
+    if (body < kMinBody)
+        return; // room for the arc alone
+    shapes.Disc(centre, body + 1.0, theme.track);
+    shapes.Disc(centre, body, shapes.Body());
+    shapes.Arc(centre, body - 0.5, 200.0, 140.0, 1.0, theme.bodyLight);
+    shapes.Line(OnCircle(centre, body * 0.35, angle), OnCircle(centre, body - 1.5, angle), std::max(2.0, body / 8),
+                theme.text);
+}
+
+} // namespace
+
+std::unique_ptr<KCBaseControl> KCKnob::Clone() const { return CloneControl(*this); }
+
+std::span<const ERegisterType> KCKnob::GetDefaultGestures() const {
+    static constexpr ERegisterType kGestures[3][6] = {
+        {kRegister_DragVertical, kRegister_Wheel, kRegister_Keys, kRegister_Pinch, kRegister_ResetOnDoubleClick,
+         kRegister_Text},
+        {kRegister_DragHorizontal, kRegister_Wheel, kRegister_Keys, kRegister_Pinch, kRegister_ResetOnDoubleClick,
+         kRegister_Text},
+        {kRegister_Drag, kRegister_Wheel, kRegister_Keys, kRegister_Pinch, kRegister_ResetOnDoubleClick,
+         kRegister_Text}};
+    return kGestures[static_cast<size_t>(GetDirection()) % 3];
+}
+
+KCKnob::Rect KCKnob::GetMovementRect() const {
+    const Rect shape = LabelledLayout(*this, kMinDial).shape;
+    const double half = std::min(shape.GetWidth(), shape.GetHeight()) / 2;
+    const KUPoint<double> centre = shape.GetCentre();
+    return Rect::FromEdges(centre.x - half, centre.y - half, centre.x + half, centre.y + half);
+}
+
+void KCKnob::GetDrawInstructionsControlBackground(Writer& writer) const {
+    KCShapes shapes(writer, *this);
+    const KCParamRegistrationData* const lead = GetParamData(0);
+    const double fraction = FractionOf(lead);
+    if (HasPictures())
+        KCGUIControl::GetDrawInstructionsControlBackground(writer);
+    else
+        DrawDial(shapes, GetMovementRect(), fraction, OriginOf(lead));
+    DrawLabelled(shapes, *this, LabelledLayout(*this, kMinDial));
+}
+
+} // namespace kvKorvoV12_9_0_320
