@@ -13,4 +13,8 @@ std::string ReadSourceFile(const std::string& path) {
     return text.str();
 }
 
+void WriteSourceFile(const std::string& path, const std::string& text) {
+    std::ofstream(std::string(KORVO_SOURCE_DIR "/") + path, std::ios::binary) << text;
+}
+
 } // namespace kvTest
