@@ -1,4 +1,5 @@
 #include <plugins/channel_strip/channel_strip.h>
+#include <plugins/channel_strip/channel_strip_window.h>
 
 #include <korvolib/alg/meters.h>
 
@@ -9,7 +10,10 @@ namespace kvStrip {
 
 using kvKorvo::sPROCESS_MEMORY_SIZE;
 
-KCChannelStrip::KCChannelStrip() { SetDescription("ParamsXML", ParamsXML()); }
+KCChannelStrip::KCChannelStrip() {
+    SetDescription("ParamsXML", ParamsXML());
+    SetDescription("GUIXML", WindowXML());
+}
 
 int32_t KCChannelStrip::PrepareScaleFunctionsMapSelf(ScaleFunctionsMap& map) {
     AddFaderScale(map);
