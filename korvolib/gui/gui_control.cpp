@@ -36,6 +36,7 @@ KCGUIControl::KCGUIControl(const KCGUIControl& other)
       m_isDisabled(other.m_isDisabled), m_dependentIDs(other.m_dependentIDs),
       m_drawDependentIDs(other.m_drawDependentIDs) {
     CSelectable::Reset(); // the copy stands in no list
+    EndHover();
 }
 
 KCGUIControl::~KCGUIControl() { Release(); }
