@@ -59,6 +59,7 @@ void KCLinkGroups::Init() {
     InitLastValuesMap();
     m_updated.assign(m_params.size(), false);
     m_moves.reserve(m_params.size());
+    m_leftAlone.reserve(m_params.size());
 }
 
 void KCLinkGroups::InitLinkGroupsInfoMap() {

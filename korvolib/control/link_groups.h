@@ -145,6 +145,9 @@ class KORVO_API KCLinkGroups {
     void CopyLastValuesToOtherSetup(); // from the current setup
     // Before a gesture moves `source`: the last values of the source and of the members of its acting groups.
     void StoreLastValues(size_t source);
+    // After StoreLastValues: the event that moves the source has moved this parameter too, and the links leave it
+    // where it is until the next StoreLastValues.
+    void LeaveAlone(size_t index);
 
     double GetMinDelta() const { return m_minDelta; }
     void SetMinDelta(double delta) { m_minDelta = delta; }
@@ -185,6 +188,7 @@ class KORVO_API KCLinkGroups {
     void Init();
     void StoreLast(size_t index, EPluginSetup setup);
     void BeginPass(size_t source);
+    void ForgetLeftAlone();
     void Walk(size_t source);
     void MoveMember(size_t source, size_t member, KCLinkFuncInterface& law);
     size_t Remember(size_t source, size_t index, KCLinkFuncInterface* law);
@@ -203,7 +207,8 @@ class KORVO_API KCLinkGroups {
     std::vector<std::vector<const sLINK_GROUP_INFO*>> m_groupsOfParam; // ascending by number
     std::vector<sLINK_LAST_VALUES> m_lastValues;
     std::vector<bool> m_updated;
-    std::vector<sMove> m_moves; // of the pass under way; room for every parameter
+    std::vector<sMove> m_moves;      // of the pass under way; room for every parameter
+    std::vector<size_t> m_leftAlone; // ascending; room for every parameter
     size_t m_source = kNoSource;
     EPluginSetup m_passSetup = kPluginSetup_A;
     size_t m_heldSource = kNoSource; // between StoreLastValues and LinkParams: its last values stay

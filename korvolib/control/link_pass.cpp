@@ -52,6 +52,7 @@ void KCLinkGroups::CopyLastValuesToOtherSetup() {
 
 void KCLinkGroups::StoreLastValues(size_t source) {
     InitAtFirstCall(source);
+    ForgetLeftAlone();
     if (!IsParam(source) || m_groupsOfParam[source].empty())
         return;
     m_heldSource = source;
@@ -60,6 +61,22 @@ void KCLinkGroups::StoreLastValues(size_t source) {
         if (info->IsActing())
             for (const size_t member : info->members)
                 StoreLast(member, m_activeSetup);
+}
+
+void KCLinkGroups::LeaveAlone(size_t index) {
+    InitAtFirstCall(index);
+    const auto place = std::ranges::lower_bound(m_leftAlone, index);
+    if (IsParam(index) && (place == m_leftAlone.end() || *place != index))
+        m_leftAlone.insert(place, index);
+}
+
+// A gesture inside a pass under way, from a hook, leaves that pass its marks.
+void KCLinkGroups::ForgetLeftAlone() {
+    if (m_leftAlone.empty() || m_walkDepth + m_tellingDepth != 0)
+        return;
+    for (const size_t index : m_leftAlone)
+        m_params[index].SetLinkedInThisPass(false);
+    m_leftAlone.clear();
 }
 
 void KCLinkGroups::AtUpdateAlg() {
@@ -96,6 +113,8 @@ void KCLinkGroups::BeginPass(size_t source) {
     m_passSetup = m_activeSetup;
     m_sourceLastState = m_lastValues[source].state[m_activeSetup];
     m_isCorrectionCancelled = false;
+    for (const size_t index : m_leftAlone)
+        m_params[index].SetLinkedInThisPass(true);
     m_params[source].SetLinkedInThisPass(true);
     m_updated[source] = true;
     ResetMinDelta(source);
