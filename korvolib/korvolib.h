@@ -22,6 +22,9 @@
 #include <korvolib/alg/runtime_reporter.h>
 #include <korvolib/alg/scale_functions.h>
 #include <korvolib/alg/scale_info.h>
+#include <korvolib/control/automation_control.h>
+#include <korvolib/control/automation_info.h>
+#include <korvolib/control/automation_manager.h>
 #include <korvolib/control/link_groups.h>
 #include <korvolib/control/link_laws.h>
 #include <korvolib/control/midi_event.h>

@@ -90,7 +90,7 @@ struct sPLUGIN_ENTRY {
 };
 
 /// Raised with every change of sPLUGIN_ENTRY, KCPlugin or a type that they name.
-inline constexpr uint32_t kPluginEntryVersion = 1;
+inline constexpr uint32_t kPluginEntryVersion = 2;
 
 /// The one symbol that a plug-in exports, declared
 ///   extern "C" KORVO_API const kvKorvo::sPLUGIN_ENTRY* KorvoPluginEntry();

@@ -95,7 +95,7 @@ TEST(PluginLoader, RefusesAnotherVersionByName) {
     const sLOADED loaded(TestPlugin("of_another_version.so"));
     EXPECT_EQ(loaded.result, kErr_WrongRecordVersion);
     EXPECT_THAT(loaded.error.c_str(),
-                EndsWith("of_another_version.so: the plug-in's entry record has version 2, this host expects 1"));
+                EndsWith("of_another_version.so: the plug-in's entry record has version 3, this host expects 2"));
 }
 
 TEST(PluginLoader, RefusesAPluginThatCannotBeMade) {

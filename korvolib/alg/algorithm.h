@@ -38,6 +38,7 @@
 
 namespace kvKorvoV12_9_0_320 {
 
+class KCAutomationControl;
 class KCAutomationManager;
 class KCMeters;
 class KCRuntimeReporter;
@@ -263,7 +264,15 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
                                                 double& realWorld);
     virtual int32_t ControlStateFromRealWorldValue(size_t control, double realWorld, double& state);
     virtual int32_t ControlRealWorldValueFromState(size_t control, double state, double& realWorld);
-    KCAutomationManager* GetAutomationManager() const { return m_automationManager; }
+    KCAutomationManager* GetAutomationManager() const {
+        return m_automationManager.get();
+    }                                                                // null before FinishCreate
+    KCAutomationControl* GetAutomationControl(size_t control) const; // null past the end
+    KCAutomationControl* GetAutomationControlByLeadParamID(size_t index) const;
+    KCAutomationControl* GetAutomationControlByName(const char* name) const;
+    // Whether the host has been told of a release of the parameter that its holder has not asked for: there is a
+    // control to touch, and it is not touched.
+    bool IsTouchLost(size_t index) const;
 
     // ---- Links -----------------------------------------------------------------------------------------------
 
@@ -273,6 +282,16 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     BUFFER_HEADER* LinkParams(size_t index, bool isTopLevel);
     // One event of a user's gesture (mouse, wheel, key, text, MIDI): the update, the links, their correction.
     BUFFER_HEADER* UpdateParamByGesture(size_t index, double state);
+    // The same for who moves the parameter, and others with it, by operations of its own: begun before the move,
+    // ended after it with the links' blocks as one chain. What was left out is not moved by the links.
+    struct sLINK_GESTURE {
+        size_t index;
+        EPluginSetup setup;
+        double oldState;
+    };
+    sLINK_GESTURE BeginLinkGesture(size_t index);
+    void LeaveOutOfLinkGesture(size_t index);
+    BUFFER_HEADER* EndLinkGesture(const sLINK_GESTURE& gesture);
     void OnLinkedParamValueModified(size_t index, double oldRealWorld) override;
 
     // ---- Beside the parameters -------------------------------------------------------------------------------
@@ -293,6 +312,8 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
 
     size_t GetNumDescriptionProblems() const;
     const sDESCRIPTION_PROBLEM* GetDescriptionProblem(size_t number) const; // null past the end
+    // Puts problems found in a description into the list, under its name. kErr_BadDescription when there are any.
+    int32_t KeepDescriptionProblems(const char* description, const std::vector<sDESCRIPTION_PROBLEM>& problems);
 
   protected:
     // ---- What a plug-in supplies -----------------------------------------------------------------------------
@@ -326,12 +347,13 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     virtual int32_t InitExportItemMap();
     virtual int32_t Init_Key_Values();
 
+    // Adds automation controls of the plug-in's own to GetAutomationManager(), behind those of the description
+    // "GUIXML".
+    virtual void CreateSpecificAutomationControls();
+
     // Writes a value the host has set into `setup` and echoes it: Touch, NotifyParamValue, Release. No lock, no
     // hook.
     void SetRealWorldAndUpdateAndNotifyAutomation(size_t index, double realWorld, EPluginSetup setup);
-
-    // Puts problems found in a description into the list, under its name. kErr_BadDescription when there are any.
-    int32_t KeepDescriptionProblems(const char* description, const std::vector<sDESCRIPTION_PROBLEM>& problems);
 
   private:
     friend class KCLinkGroups; // works on the parameters and the active setup themselves
@@ -378,7 +400,8 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
     KCAlgorithmBroadcaster m_broadcaster;
     std::unique_ptr<KCLinkGroups> m_linkGroups;
     sChain* m_linkChain = nullptr; // gathers what linked parameters produce
-    KCAutomationManager* m_automationManager = nullptr;
+    // Knows how to delete what is only declared here. Its controls are bound to the parameters and go before them.
+    std::unique_ptr<KCAutomationManager, void (*)(KCAutomationManager*)> m_automationManager{nullptr, nullptr};
     KTHostCallback m_hostCallback = nullptr;
     void* m_execRefcon = nullptr;
     double m_sampleRateHz = 48000.0;

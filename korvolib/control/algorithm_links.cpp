@@ -52,19 +52,32 @@ cALGORITHM::BUFFER_HEADER* cALGORITHM::LinkParams(size_t index, bool isTopLevel)
 
 cALGORITHM::BUFFER_HEADER* cALGORITHM::UpdateParamByGesture(size_t index, double state) {
     const KCAlgorithmLock lock(*this);
-    if (m_linkGroups == nullptr)
-        return UpdateParamRequestState(index, state);
-    m_linkGroups->StoreLastValues(index);
-    const EPluginSetup setup = m_activeSetup;
-    const double oldState = GetParamState(index);
+    const sLINK_GESTURE gesture = BeginLinkGesture(index);
     sChain chain(*this, UpdateParamRequestState(index, state));
-    // A hook that switched setups has ended the gesture: the other setup's values know nothing of it.
-    if (m_activeSetup == setup && GetParamState(index) != oldState)
-        chain.Append(CollectLinkChain([&] {
-            m_linkGroups->LinkParams(index, true);
-            m_linkGroups->CorrectParamModifications(index);
-        }));
+    chain.Append(EndLinkGesture(gesture));
     return chain.Release();
+}
+
+cALGORITHM::sLINK_GESTURE cALGORITHM::BeginLinkGesture(size_t index) {
+    if (m_linkGroups != nullptr)
+        m_linkGroups->StoreLastValues(index);
+    return {index, m_activeSetup, GetParamState(index)};
+}
+
+void cALGORITHM::LeaveOutOfLinkGesture(size_t index) {
+    if (m_linkGroups != nullptr)
+        m_linkGroups->LeaveAlone(index);
+}
+
+cALGORITHM::BUFFER_HEADER* cALGORITHM::EndLinkGesture(const sLINK_GESTURE& gesture) {
+    // A hook that switched setups has ended the gesture: the other setup's values know nothing of it.
+    const bool hasMoved = m_activeSetup == gesture.setup && GetParamState(gesture.index) != gesture.oldState;
+    if (m_linkGroups == nullptr || !hasMoved)
+        return nullptr;
+    return CollectLinkChain([&] {
+        m_linkGroups->LinkParams(gesture.index, true);
+        m_linkGroups->CorrectParamModifications(gesture.index);
+    });
 }
 
 // Runs `links`; the blocks of all parameters that it moved, as one chain. A pass inside a pass has a chain of its
