@@ -101,7 +101,7 @@ BUFFER_HEADER* KCGUIControl::MouseDown(const KCEventData& event, Rect& redraw, b
     isHandled = false;
     if (!TakesInput(event))
         return nullptr;
-    Release(); // of a press whose release was lost
+    Release(); // of a press whose release was lost; residues go with it
     if (event.IsModifierDown(KEModifier::Secondary)) {
         isHandled = !ShouldIgnoreMouseRightClick() && GetControlPopupMenuHandler() != nullptr;
         if (isHandled || ShouldIgnoreMouseRightClick())
@@ -117,12 +117,10 @@ BUFFER_HEADER* KCGUIControl::MouseDown(const KCEventData& event, Rect& redraw, b
 }
 
 BUFFER_HEADER* KCGUIControl::BeginPress(const KCEventData& event, bool& isHandled) {
-    Release();
     m_pressModifiers = m_gestureModifiers = event.modifiers;
     m_lastTouch = event.position;
     m_isDragPress = GetMouseDragRect().Contains(event.position);
     for (size_t i = 0; i < m_params.size(); ++i) {
-        m_params[i].ClearDragResidues();
         const bool isMatch = Matches(m_params[i], event.modifiers);
         const bool isDragged = m_isDragPress && m_params[i].IsBound() && IsDragged(m_params[i]);
         const bool isPressed = isMatch && IsMovedByPress(m_params[i], event);

@@ -146,8 +146,9 @@ TEST_F(GUIControlEvents, PartsOfNotchesAddUpUntilTheWheelTurnsRound) {
     EXPECT_EQ(State(1), alg.GetStateStep(1));
     Wheel(0.75);
     Wheel(-0.5);
-    Wheel(0.5);
     EXPECT_EQ(State(1), alg.GetStateStep(1));
+    Wheel(-0.5);
+    EXPECT_EQ(State(1), 0.0);
 }
 
 TEST_F(GUIControlEvents, AnAbsurdWheelStopsAtTheEnd) {

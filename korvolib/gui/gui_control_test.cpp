@@ -57,14 +57,15 @@ TEST_F(GUIControl, MarksItsDependentsAlsoInACircle) {
     EXPECT_EQ(Settle(), 1u);
 }
 
-TEST_F(GUIControl, DependentsAreReachedThroughAControlThatIsMarkedAlready) {
-    TestControl second;
-    second.SetHome(&home);
-    second.UpdateRedrawControl();
-    control.SetNeedToRedrawControl();
+TEST_F(GUIControl, DependentsAreReachedThroughControlsThatAreMarkedAlready) {
+    TestControl second, third;
+    third.UpdateRedrawControl();
+    control.SetNeedToRedrawControlOnly();
+    second.SetNeedToRedrawControlOnly();
     control.AddDependentPtr(&second);
+    second.AddDependentPtr(&third);
     control.SetNeedToRedrawControl();
-    EXPECT_TRUE(second.NeedToRedrawControl());
+    EXPECT_TRUE(third.NeedToRedrawControl());
 }
 
 TEST_F(GUIControl, AChainOfManyDependentsIsNoStackOfCalls) {

@@ -19,6 +19,7 @@ KCGUIControl::BUFFER_HEADER* KCGUIControl::TouchDown(const KCEventData& event, R
     isHandled = false;
     if (!TakesInput(event))
         return nullptr;
+    Release();
     BUFFER_HEADER* chain = BeginPress(event, isHandled);
     chain = cALGORITHM::ChainBufs(chain, TouchDownSelf(event, redraw));
     AddRedraw(redraw);

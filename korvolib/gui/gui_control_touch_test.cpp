@@ -43,6 +43,18 @@ TEST_F(GUIControlTouch, TheDeltaCountsFromTheLastEventAndUpwards) {
     EXPECT_EQ(control.GetTouchDelta(At(65, 103)), (KUPoint<double>{0.0, -3.0}));
 }
 
+TEST_F(GUIControlTouch, AFingerThatComesAgainBeginsAnew) {
+    Add(1, kRegister_DragVertical);
+    FingerDown(60, 120);
+    Execute(control.TouchDrag(At(60, 25), 0.0, 95.0, redraw));
+    FingerDown(60, 120); // the lift was lost
+    Execute(control.TouchDrag(At(60, 119), 0.0, 1.0, redraw));
+    EXPECT_EQ(State(1), 0.0);
+    Execute(control.TouchUp(At(60, 119), redraw));
+    EXPECT_EQ(Count("touch 1"), 2u);
+    EXPECT_EQ(Count("release 1"), 2u);
+}
+
 TEST_F(GUIControlTouch, ALongPressDoesNothing) {
     Add(0, kRegister_DragVertical);
     FingerDown(60, 120);
