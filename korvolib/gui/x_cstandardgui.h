@@ -13,14 +13,25 @@
 // start and released at the end, whatever happens between. A wheel step, a key, a menu choice and a typed text are
 // whole gestures. Every gesture links, and is one undo step if all its parameters may be saved to undo.
 //
-// Thread: [main]; takes the algorithm's lock itself. The algorithm outlives the window. After Create, events
-// allocate nothing.
+// What it draws of a control ends at the control's bounds, and at its selection picture's: so a changed control can
+// be drawn again together with just what it overlaps, at a price that does not grow with the window. Playing
+// DrawDirty over the picture before gives the picture that Draw gives.
+//
+// An exception of a plug-in's hook passes to the caller unchanged; the gesture has ended then, the lock is given
+// back.
+//
+// Thread: [main]; takes the algorithm's lock itself, for each event from its first call until its blocks have been
+// executed. The algorithm outlives the window. After Create, events allocate nothing, but for the steps of a
+// history.
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include <korvolib/gui/drawable.h>
@@ -37,32 +48,42 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     using Writer = kvGS::KCGraphicStreamBinaryWriter;
     using Rect = KURect<double>;
 
+    // Limits of a description; what comes after is reported and left out.
+    static constexpr size_t kMaxControls = 4096;
+    static constexpr size_t kMaxDrawables = 4096;
+    static constexpr double kMaxSide = 16384.0; // of the window, in pixels
+    static constexpr size_t kMaxFingers = 10;   // at a time; more are ignored
+
     CStandardGUI_X();
     ~CStandardGUI_X() override; // Close
     CStandardGUI_X(const CStandardGUI_X&) = delete;
     CStandardGUI_X& operator=(const CStandardGUI_X&) = delete;
 
     // Life -----------------------------------------------------------------------------------------------------
-    /// Builds the window once. kErr_NullArgument without a "GUIXML", the codes of KCXMLElement::Parse for one that
-    /// does not read, kErr_BadDescription where parts had to be left out: the rest of the window works.
+    /// Builds the window, once until Close: kErr_Generic while it stands. kErr_NullArgument without a "GUIXML", the
+    /// codes of KCXMLElement::Parse for one that does not read, kErr_BadDescription where parts had to be left out:
+    /// the rest of the window works.
     int32_t Create(cALGORITHM& algorithm);
     int32_t Create(cALGORITHM& algorithm, const char* xml);
-    /// Another skin of the same controls, by their names.
+    /// Another skin of the same controls, by their names; those it does not name stay as they are. Ends every
+    /// gesture. The codes of Create, kErr_Generic before Create.
     int32_t UpdateFromXML(const char* xml);
+    /// A description that builds this window again.
     int32_t WriteToXML(KCXMLElement& element) const;
     /// Ends every gesture; the controls are gone.
     void Close();
     const std::vector<sDESCRIPTION_PROBLEM>& GetProblems() const noexcept { return m_problems; }
     /// Steps go there at the end of gestures; not owned, null for none.
     void SetHistory(Undo::KTUndoManagerType* history) noexcept { m_history = history; }
-    /// Told of each change of the history: the parameter of a step. Null for nobody.
+    /// Told of each gesture that went into the history: the parameter of its step. Null for nobody.
     void SetStepListener(std::function<void(size_t paramIndex)> listener) { m_onStep = std::move(listener); }
     RM::KCResContainer& GetResources() noexcept { return m_resources; }
 
     // Events -----------------------------------------------------------------------------------------------------
-    // True when a control took it. Positions in the window's pixels; an event that is not finite is ignored.
+    // True when a control took it. Positions in the window's pixels; an event that is not finite is ignored, and so
+    // is one that a hook sends from inside an event.
     bool MouseOver(const KCEventData& event);
-    bool MouseDown(const KCEventData& event);
+    bool MouseDown(const KCEventData& event); // a second one without a release ends the gesture before
     bool MouseDrag(const KCEventData& event); // deltas are from the last position of the pointer
     bool MouseUp(const KCEventData& event);
     void MouseLost(); // no release will come: the gesture ends as it stands
@@ -72,27 +93,33 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     bool TouchLongDown(const KCEventData& event);
     bool TouchPinch(const KCEventData& event);
     bool TouchUp(const KCEventData& event);
+    /// Tab moves the selection; other keys go to the control that has the text focus, or the selected one.
     bool Key(const KCEventData& event);
-    /// Typed text for the control that has the text focus, or the selected one: characters as they come.
+    /// Typed text for the same control: characters as they come. Bytes that are no UTF-8 are left out.
     bool Text(const char* utf8);
+    /// A whole text for a control, as if typed and committed. False for an unknown control and a refused text.
+    bool EnterText(const KCFixedStringBase& controlName, const KCFixedStringBase& text);
     /// What a menu of a control chose: a state number of its first menu registration.
     bool MenuChoice(const KCFixedStringBase& controlName, int32_t choice);
-    /// From the view's timer: refresh marks of parameters, hover delays.
+    /// From the view's timer: what parameters ask for (refresh marks, disabled and hidden ones), hover delays.
     void Idle(double timeSeconds);
 
     // Picture ----------------------------------------------------------------------------------------------------
     KUSize<double> GetSize() const noexcept { return m_size; }
-    bool NeedsRedraw() const noexcept { return !m_dirty.empty() || m_needsWholeRedraw; }
-    /// The whole window as one picture of a stream; settles every mark.
+    /// [any]
+    bool NeedsRedraw() const noexcept { return m_needsRedraw.load(std::memory_order_relaxed); }
+    /// The whole window as one picture of a stream; settles every mark. kErr_Generic before Create, or the
+    /// writer's.
     int32_t Draw(Writer& writer);
-    /// The controls that are marked, each with what stands on top of it, as one picture; nothing when none is.
+    /// The controls that are marked, each with what it overlaps, as one picture without a ground of its own; all of
+    /// the window when a control has been moved; nothing when none is marked.
     int32_t DrawDirty(Writer& writer);
 
     // Controls ---------------------------------------------------------------------------------------------------
     size_t GetNumControls() const noexcept { return m_controls.size(); }
-    KCGUIControl* GetControl(size_t number) noexcept;
+    KCGUIControl* GetControl(size_t number) noexcept; // in the description's order; null past the end
     KCGUIControl* FindControl(const KCFixedStringBase& name) noexcept override; // the first of that name
-    KCGUIControl* FindControlAt(KUPoint<double> point) noexcept;                // the topmost that is hit
+    KCGUIControl* FindControlAt(KUPoint<double> point) const;                   // the topmost that is hit
     KCGUIControl* FindControlOfParam(size_t paramIndex) noexcept;               // the first with that lead
     cALGORITHM* GetAlgorithm() const noexcept { return m_algorithm; }
 
@@ -106,20 +133,129 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     void SetTextFocus(KCGUIControl* control) noexcept override { m_textFocus = control; }
     void BuildSelectableListSelf(std::vector<CSelectable*>& list) override;
 
+  protected:
+    /// A control of a class that a description names, or null; MakeControlOfClass unless overridden, as for classes
+    /// of a plug-in's own.
+    virtual std::unique_ptr<KCGUIControl> MakeControlSelf(const char* className);
+
   private:
+    class sEVENT;
+
+    // A control, and where it was when the overlaps were found.
+    struct sPLACE {
+        std::unique_ptr<KCGUIControl> control;
+        int32_t line = 0; // of the description
+        Rect rect;
+        bool isTopmost = false;
+        bool isMarked = false; // it is in m_dirty
+        bool isHiddenByParam = false;
+        bool overlapsMany = false;       // too many for lists: everything is looked at
+        std::vector<uint32_t> drawables; // that it overlaps, in drawing order
+        std::vector<uint32_t> overlaps;  // controls, this one included, in drawing order
+    };
+
+    // From the press of a pointer to its release.
+    struct sGESTURE {
+        KCGUIControl* control = nullptr; // null: none
+        int64_t touchID = 0;
+        KUPoint<double> press;
+        KUPoint<double> last;
+        bool hasMoved = false; // a parameter of the control
+        bool isCarrying = false;
+        double carriedState = 0.0;
+        KCGUIControl* dropTarget = nullptr;
+        BUFFER_HEADER* pending = nullptr; // of a control that does not execute immediately
+    };
+
+    // Description
+    int32_t Parse(const char* xml, KCXMLElement& root);
+    int32_t Build(const KCXMLElement& root);
+    int32_t Rebuild(const KCXMLElement& root);
+    int32_t Finish();
+    void ReadSize(const KCXMLElement& root);
+    void ReadLook(const KCXMLElement& root);
+    std::vector<std::unique_ptr<CDrawable>> ReadDrawables(const KCXMLElement& root);
+    void ReadControls(const KCXMLElement& root);
+    void ReadControl(const KCXMLElement& element);
+    void Keep(std::unique_ptr<KCGUIControl> control, const KCXMLElement& element);
+    void NameLinkGroups();
+    void ResolveDependents();
+    void ResolveDependents(sPLACE& place, const std::vector<KCFixedString<63>>& ids);
+    void Arrange();
+    void FindControlsOfParams();
+    void FindOverlaps(sPLACE& place);
+    void Report(int32_t line, const char* before, const char* name = nullptr, const char* after = "");
+    void Forget() noexcept;
+
+    // Events
+    template <class Handler>
+    void Send(sGESTURE& gesture, Handler handler);
+    template <class Handler>
+    bool SendWhole(KCGUIControl& control, Handler handler);
+    bool Press(sGESTURE& gesture, const KCEventData& event, bool isTouch);
+    bool Drag(sGESTURE& gesture, const KCEventData& event, bool isTouch);
+    bool Lift(sGESTURE& gesture, const KCEventData& event, bool isTouch);
+    void Carry(sGESTURE& gesture, const KCEventData& event);
+    void Drop(sGESTURE& gesture, const KCEventData& event);
+    void SetDropTarget(sGESTURE& gesture, KCGUIControl* target);
+    void Execute(sGESTURE& gesture, BUFFER_HEADER* chain);
+    void EndGesture(sGESTURE& gesture);
+    void AbandonGesture(sGESTURE& gesture) noexcept;
+    void EndAllGestures();
+    void EndStrandedGestures();
+    void InsertStep(const KCGUIControl& control);
+    void RememberStates(const KCGUIControl& control);
+    bool HaveStatesChanged(const KCGUIControl& control) const noexcept;
+    sGESTURE* FindTouch(int64_t touchID) noexcept;
+    sGESTURE* FindCapture(const KCGUIControl& control) noexcept;
+    void SelectByPress(KCGUIControl* control, const KCEventData& event);
+    void LeaveText(const KCGUIControl* next);
+    KCGUIControl* GetKeyTarget() const;
+    bool SendKey(const KCEventData& event);
+    void HoverOver(KCGUIControl* control, const KCEventData& event);
+    void SendHover(double timeSeconds);
+    void RefreshParam(size_t index);
+
+    // Picture
+    kvGS::SGSStream DescribePicture(bool isWhole) noexcept;
+    int32_t DrawAll(Writer& writer);
+    void RecordAll(Writer& writer) const;
+    void RecordAround(Writer& writer, const sPLACE& place) const;
+    void RecordDrawable(Writer& writer, const CDrawable& drawable) const;
+    void RecordControl(Writer& writer, const KCGUIControl& control) const;
+    void RecordCarried(Writer& writer) const;
+    static bool HasMoved(const sPLACE& place);
+    void Settle() noexcept;
+    void AskForAll() noexcept;
+    static Rect DrawnRect(const KCGUIControl& control);
+    static Rect DrawnRect(const CDrawable& drawable) noexcept;
+
     cALGORITHM* m_algorithm = nullptr;
     KUSize<double> m_size;
     KCTheme m_theme;
     RM::KCResContainer m_resources;
-    std::vector<std::unique_ptr<KCGUIControl>> m_controls;
     std::vector<std::unique_ptr<CDrawable>> m_drawables;
-    std::vector<KCGUIControl*> m_dirty; // room for all
+    std::vector<sPLACE> m_controls;
+    std::vector<uint32_t> m_order; // as they are drawn: those that draw topmost last
+    std::map<KCFixedString<127>, KCGUIControl*> m_byName;
+    std::unordered_map<const KCGUIControl*, uint32_t> m_numbers;
+    std::vector<std::vector<uint32_t>> m_controlsOfParam;
     std::vector<sDESCRIPTION_PROBLEM> m_problems;
-    KCGUIControl* m_captured = nullptr; // by the pointer
+
+    std::vector<uint32_t> m_dirty; // room for all
+    bool m_needsAll = true;
+    std::atomic<bool> m_needsRedraw{false};
+    uint64_t m_numPictures = 0;
+
+    sGESTURE m_mouse;
+    sGESTURE m_hover; // one stay over a control
+    std::array<sGESTURE, kMaxFingers> m_touches;
+    std::vector<double> m_states; // of the control that an event goes to, before it
     KCGUIControl* m_hovered = nullptr;
+    KUPoint<double> m_hoverPosition;
     KCGUIControl* m_textFocus = nullptr;
-    KUPoint<double> m_lastPosition;
-    bool m_needsWholeRedraw = true;
+    bool m_isInEvent = false;
+    bool m_isCloseWanted = false; // inside an event
     Undo::KTUndoManagerType* m_history = nullptr;
     std::function<void(size_t)> m_onStep;
 };
