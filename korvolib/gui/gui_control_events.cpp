@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include <korvolib/gui/event_chain_internal.h>
+
 namespace kvKorvoV12_9_0_320 {
 
 namespace {
@@ -75,9 +77,10 @@ BUFFER_HEADER* KCGUIControl::SetStateOf(size_t registration, double state) {
     if (registration >= m_params.size())
         return nullptr;
     TouchParamOf(registration);
-    BUFFER_HEADER* const chain = m_params[registration].SetParamValue(state);
+    KCEventChain chain(m_algorithm);
+    chain.Append(m_params[registration].SetParamValue(state));
     EndSingleEvent();
-    return chain;
+    return chain.Take();
 }
 
 // Places ----------------------------------------------------------------------------------------------------------
@@ -107,13 +110,14 @@ BUFFER_HEADER* KCGUIControl::MouseDown(const KCEventData& event, Rect& redraw, b
         if (isHandled || ShouldIgnoreMouseRightClick())
             return nullptr; // the view shows the menu
     }
-    BUFFER_HEADER* chain = BeginPress(event, isHandled);
-    chain = cALGORITHM::ChainBufs(chain, MouseDownSelf(event, redraw, isHandled));
+    KCEventChain chain(m_algorithm);
+    chain.Append(BeginPress(event, isHandled));
+    chain.Append(MouseDownSelf(event, redraw, isHandled));
     m_isInGesture = isHandled && TakesInput(event);
     if (!m_isInGesture)
         Release();
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::BeginPress(const KCEventData& event, bool& isHandled) {
@@ -129,11 +133,11 @@ BUFFER_HEADER* KCGUIControl::BeginPress(const KCEventData& event, bool& isHandle
             TouchParamOf(i);
     }
     m_isInGesture = isHandled;
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; i < m_params.size(); ++i)
         if (Matches(m_params[i], event.modifiers))
-            chain = cALGORITHM::ChainBufs(chain, FirePress(i, event));
-    return chain;
+            chain.Append(FirePress(i, event));
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::FirePress(size_t registration, const KCEventData& event) {
@@ -186,10 +190,11 @@ bool KCGUIControl::IsDragDropDistance(const KCEventData& event) noexcept {
 BUFFER_HEADER* KCGUIControl::MouseDrag(const KCEventData& event, double deltaX, double deltaY, Rect& redraw) {
     if (!m_isInGesture || !TakesInput(event) || !std::isfinite(deltaX) || !std::isfinite(deltaY))
         return nullptr;
-    BUFFER_HEADER* chain = DragBy(event, deltaX, deltaY);
-    chain = cALGORITHM::ChainBufs(chain, MouseDragSelf(event, deltaX, deltaY, redraw));
+    KCEventChain chain(m_algorithm);
+    chain.Append(DragBy(event, deltaX, deltaY));
+    chain.Append(MouseDragSelf(event, deltaX, deltaY, redraw));
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::DragBy(const KCEventData& event, double deltaX, double deltaY) {
@@ -197,13 +202,13 @@ BUFFER_HEADER* KCGUIControl::DragBy(const KCEventData& event, double deltaX, dou
     const double upPixels = deltaY * m_dragSensitivity;
     const KUModifiers keys = event.GetAllKeyModifiers();
     AdoptModifiers(keys);
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; m_isDragPress && i < m_params.size(); ++i)
         if (Matches(m_params[i], keys) && IsDragged(m_params[i]))
-            chain = cALGORITHM::ChainBufs(chain, DragRegistration(i, keys, acrossPixels, upPixels));
+            chain.Append(DragRegistration(i, keys, acrossPixels, upPixels));
     if (m_isInGesture && !m_isDragDropping && IsDragDropDistance(event))
         m_isDragDropping = DragDropStart(event, m_carriedState);
-    return chain;
+    return chain.Take();
 }
 
 // Registrations that begin to match start from where the parameter stands, and no rest of an earlier movement
@@ -224,10 +229,11 @@ BUFFER_HEADER* KCGUIControl::DragRegistration(size_t registration, KUModifiers k
     const KUModifiers before = info.GetModifiers();
     info.SetModifiers(keys);
     TouchParamOf(registration);
-    BUFFER_HEADER* chain = DragAlong(registration, deltaX, true);
-    chain = cALGORITHM::ChainBufs(chain, DragAlong(registration, deltaY, false));
+    KCEventChain chain(m_algorithm);
+    chain.Append(DragAlong(registration, deltaX, true));
+    chain.Append(DragAlong(registration, deltaY, false));
     info.SetModifiers(before);
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::DragAlong(size_t registration, double deltaPixels, bool isHorizontal) {
@@ -247,24 +253,26 @@ BUFFER_HEADER* KCGUIControl::DragAlong(size_t registration, double deltaPixels, 
 BUFFER_HEADER* KCGUIControl::MouseUp(const KCEventData& event, Rect& redraw) {
     if (!m_isInGesture)
         return nullptr;
-    BUFFER_HEADER* chain = nullptr;
-    if (TakesInput(event))
-        chain = cALGORITHM::ChainBufs(FireRelease(), MouseUpSelf(event, redraw));
+    KCEventChain chain(m_algorithm);
+    if (TakesInput(event)) {
+        chain.Append(FireRelease());
+        chain.Append(MouseUpSelf(event, redraw));
+    }
     Release();
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 // With the keys of the press: a button that was pressed comes up again, whatever is held when it does.
 BUFFER_HEADER* KCGUIControl::FireRelease() {
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; i < m_params.size(); ++i) {
         if (!Matches(m_params[i], m_pressModifiers) || !m_params[i].IsRegisteredToType(kRegister_SetOnRelease))
             continue;
         TouchParamOf(i);
-        chain = cALGORITHM::ChainBufs(chain, m_params[i].SetParamValue(m_params[i].GetFixedState()));
+        chain.Append(m_params[i].SetParamValue(m_params[i].GetFixedState()));
     }
-    return chain;
+    return chain.Take();
 }
 
 // Hover -----------------------------------------------------------------------------------------------------------
@@ -272,22 +280,22 @@ BUFFER_HEADER* KCGUIControl::FireRelease() {
 BUFFER_HEADER* KCGUIControl::MouseOver(const KCEventData& event, Rect& redraw) {
     const bool isOver = TakesInput(event) && event.type != PluginViewManager::KEEventType::MouseOut;
     SetControlHighlightInfo(isOver);
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     if (isOver)
-        chain = Hover(event);
+        chain.Append(Hover(event));
     else
         EndHover();
     if (event.IsFinite())
-        chain = cALGORITHM::ChainBufs(chain, MouseOverSelf(event, redraw));
+        chain.Append(MouseOverSelf(event, redraw));
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::Hover(const KCEventData& event) {
     constexpr double kMsPerSecond = 1000.0;
     BeginHover(event.timeSeconds);
     const double hoverMs = GetHoverSeconds(event.timeSeconds) * kMsPerSecond;
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; !m_isInGesture && i < m_params.size(); ++i) {
         const KCParamRegistrationData& param = m_params[i];
         if (!Matches(param, event.modifiers) || !param.IsRegisteredToType(kRegister_SetOnHover) ||
@@ -295,9 +303,9 @@ BUFFER_HEADER* KCGUIControl::Hover(const KCEventData& event) {
             continue;
         const double state = GetStateAtPoint(param, event);
         if (param.DoesNewStateChangeRealWorld(state))
-            chain = cALGORITHM::ChainBufs(chain, SetStateOf(i, state));
+            chain.Append(SetStateOf(i, state));
     }
-    return chain;
+    return chain.Take();
 }
 
 // Wheel and keys ----------------------------------------------------------------------------------------------
@@ -308,18 +316,18 @@ BUFFER_HEADER* KCGUIControl::MouseWheel(const KCEventData& event, double deltaX,
     const double across = TakeNotches(m_wheelRest[0], deltaX);
     const double up = TakeNotches(m_wheelRest[1], deltaY);
     const double either = up != 0.0 ? up : across;
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; i < m_params.size(); ++i) {
         if (!Matches(m_params[i], event.modifiers) || !m_params[i].IsRegisteredToType(kRegister_Wheel))
             continue;
         const double ofItsAxis = IsHorizontal(m_params[i]) ? across : up;
         const double steps = m_direction == KEControlDirection::Both ? ofItsAxis : either;
-        chain = cALGORITHM::ChainBufs(chain, StepRegistration(i, steps, kRegister_Wheel));
+        chain.Append(StepRegistration(i, steps, kRegister_Wheel));
     }
     EndSingleEvent();
-    chain = cALGORITHM::ChainBufs(chain, MouseWheelSelf(event, deltaX, deltaY, redraw));
+    chain.Append(MouseWheelSelf(event, deltaX, deltaY, redraw));
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::StepRegistration(size_t registration, double steps, ERegisterType type) {
@@ -328,14 +336,13 @@ BUFFER_HEADER* KCGUIControl::StepRegistration(size_t registration, double steps,
         return nullptr;
     TouchParamOf(registration);
     const double direction = steps > 0.0 ? 1.0 : -1.0;
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     bool hasChanged = true;
     for (double left = std::min(std::fabs(steps), kMostSteps); left >= 1.0 && hasChanged; left -= 1.0) {
         hasChanged = false;
-        chain = cALGORITHM::ChainBufs(
-            chain, m_params[registration].OffsetParamValueToNextDifferentValue(direction, type, &hasChanged));
+        chain.Append(m_params[registration].OffsetParamValueToNextDifferentValue(direction, type, &hasChanged));
     }
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::HandleKeyEvent(const KCEventData& event, bool& isHandled, bool& isGestureEnd) {
@@ -343,20 +350,21 @@ BUFFER_HEADER* KCGUIControl::HandleKeyEvent(const KCEventData& event, bool& isHa
     isGestureEnd = false;
     if (!TakesInput(event))
         return nullptr;
-    BUFFER_HEADER* chain = KeySelf(event, isHandled);
+    KCEventChain chain(m_algorithm);
+    chain.Append(KeySelf(event, isHandled));
     if (!isHandled)
-        chain = cALGORITHM::ChainBufs(chain, KeyAll(event, isHandled));
+        chain.Append(KeyAll(event, isHandled));
     isGestureEnd = isHandled;
-    return chain;
+    return chain.Take();
 }
 
 BUFFER_HEADER* KCGUIControl::KeyAll(const KCEventData& event, bool& isHandled) {
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; i < m_params.size(); ++i)
         if (Matches(m_params[i], event.modifiers) && m_params[i].IsRegisteredToType(kRegister_Keys))
-            chain = cALGORITHM::ChainBufs(chain, KeyRegistration(i, event.key, isHandled));
+            chain.Append(KeyRegistration(i, event.key, isHandled));
     EndSingleEvent();
-    return chain;
+    return chain.Take();
 }
 
 // In a control of both directions each pair of arrows moves what lies along it; elsewhere any arrow will do.
@@ -406,14 +414,15 @@ BUFFER_HEADER* KCGUIControl::EnterText(size_t registration, const KCFixedStringB
     KCFixedString<255> present;
     GetValueWinText(registration, present);
     double state = 0.0;
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     if (present.compare(text) == 0) { // left as it was, though its decimals may not say the whole value
         isAccepted = true;
     } else if (IsAcceptable(text) && m_params[registration].TranslateValue(text, state)) {
         isAccepted = true;
-        chain = SetStateOf(registration, state);
+        chain.Append(SetStateOf(registration, state));
     }
-    return cALGORITHM::ChainBufs(chain, EnterTextSelf(registration, text, isAccepted));
+    chain.Append(EnterTextSelf(registration, text, isAccepted));
+    return chain.Take();
 }
 
 KCControlPopupMenuHandler* KCGUIControl::GetControlPopupMenuHandler() {

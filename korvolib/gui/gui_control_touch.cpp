@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include <korvolib/gui/event_chain_internal.h>
+
 namespace kvKorvoV12_9_0_320 {
 
 namespace {
@@ -20,21 +22,23 @@ KCGUIControl::BUFFER_HEADER* KCGUIControl::TouchDown(const KCEventData& event, R
     if (!TakesInput(event))
         return nullptr;
     Release();
-    BUFFER_HEADER* chain = BeginPress(event, isHandled);
-    chain = cALGORITHM::ChainBufs(chain, TouchDownSelf(event, redraw));
+    KCEventChain chain(m_algorithm);
+    chain.Append(BeginPress(event, isHandled));
+    chain.Append(TouchDownSelf(event, redraw));
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 KCGUIControl::BUFFER_HEADER* KCGUIControl::TouchDrag(const KCEventData& event, double deltaX, double deltaY,
                                                      Rect& redraw) {
     if (!m_isInGesture || !TakesInput(event) || !std::isfinite(deltaX) || !std::isfinite(deltaY))
         return nullptr;
-    BUFFER_HEADER* chain = DragBy(event, deltaX, deltaY);
-    chain = cALGORITHM::ChainBufs(chain, TouchDragSelf(event, deltaX, deltaY, redraw));
+    KCEventChain chain(m_algorithm);
+    chain.Append(DragBy(event, deltaX, deltaY));
+    chain.Append(TouchDragSelf(event, deltaX, deltaY, redraw));
     m_lastTouch = event.position;
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 KCGUIControl::BUFFER_HEADER* KCGUIControl::TouchLongDown(const KCEventData&, Rect&) { return nullptr; }
@@ -43,29 +47,30 @@ KCGUIControl::BUFFER_HEADER* KCGUIControl::TouchPinchGesture(const KCEventData& 
     const double delta = StatesOfPinch(event.pinchScale);
     if (!TakesInput(event) || delta == 0.0)
         return nullptr;
-    BUFFER_HEADER* chain = nullptr;
+    KCEventChain chain(m_algorithm);
     for (size_t i = 0; i < m_params.size(); ++i) {
         if (!m_params[i].IsRegisteredToType(kRegister_Pinch) ||
             !m_params[i].GetRegisterInfo().CompareParamModifiers(event.modifiers))
             continue;
         TouchParamOf(i);
-        chain = cALGORITHM::ChainBufs(
-            chain, m_params[i].OffsetParamValue(delta * m_params[i].GetSensitivity(), kRegister_Pinch));
+        chain.Append(m_params[i].OffsetParamValue(delta * m_params[i].GetSensitivity(), kRegister_Pinch));
     }
     EndSingleEvent();
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 KCGUIControl::BUFFER_HEADER* KCGUIControl::TouchUp(const KCEventData& event, Rect& redraw) {
     if (!m_isInGesture)
         return nullptr;
-    BUFFER_HEADER* chain = nullptr;
-    if (TakesInput(event))
-        chain = cALGORITHM::ChainBufs(FireRelease(), TouchUpSelf(event, redraw));
+    KCEventChain chain(m_algorithm);
+    if (TakesInput(event)) {
+        chain.Append(FireRelease());
+        chain.Append(TouchUpSelf(event, redraw));
+    }
     Release();
     AddRedraw(redraw);
-    return chain;
+    return chain.Take();
 }
 
 KUPoint<double> KCGUIControl::GetTouchDelta(const KCEventData& event) const {
