@@ -89,19 +89,17 @@ inline KCEventData Key(uint32_t key, KUModifiers modifiers = {}) {
     return event;
 }
 
-/// Of a log of RecordingAlgorithm: each touch has one release behind it, and no parameter is touched twice at once.
+/// Of a log of RecordingAlgorithm: each touch has its release behind it. (Two controls of one parameter may hold it
+/// at once, each with its own finger.)
 inline bool IsBalanced(const std::vector<std::string>& log) {
     std::map<std::string, int> held;
     for (const std::string& line : log) {
-        if (line.starts_with("touch ") && ++held[line.substr(6)] != 1)
-            return false;
-        if (line.starts_with("release ") && --held[line.substr(8)] != 0)
+        if (line.starts_with("touch "))
+            ++held[line.substr(6)];
+        if (line.starts_with("release ") && --held[line.substr(8)] < 0)
             return false;
     }
-    for (const auto& [param, count] : held)
-        if (count != 0)
-            return false;
-    return true;
+    return std::all_of(held.begin(), held.end(), [](const auto& each) { return each.second == 0; });
 }
 
 inline size_t Count(const std::vector<std::string>& log, const std::string& line) {

@@ -264,7 +264,7 @@ void CStandardGUI_X::Arrange() {
         place.overlapsMany = true; // until its lists are whole
         place.isMarked = false;
         place.rect = DrawnRect(*place.control);
-        place.isTopmost = place.control->ShouldDrawTopmost();
+        place.isTopmost = IsTopmost(*place.control);
         most = std::max(most, place.control->GetParamDataVec().size());
     }
     m_states.reserve(most);

@@ -225,6 +225,7 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     void RecordControl(Writer& writer, const KCGUIControl& control) const;
     void RecordCarried(Writer& writer) const;
     static bool HasMoved(const sPLACE& place);
+    static bool IsTopmost(const KCGUIControl& control);
     void Settle() noexcept;
     void AskForAll() noexcept;
     static Rect DrawnRect(const KCGUIControl& control);

@@ -77,7 +77,11 @@ void CStandardGUI_X::Settle() noexcept {
 }
 
 bool CStandardGUI_X::HasMoved(const sPLACE& place) {
-    return place.rect != DrawnRect(*place.control) || place.isTopmost != place.control->ShouldDrawTopmost();
+    return place.rect != DrawnRect(*place.control) || place.isTopmost != IsTopmost(*place.control);
+}
+
+bool CStandardGUI_X::IsTopmost(const KCGUIControl& control) {
+    return control.GetControlFlag(kControl_DrawTopmost) || control.ShouldDrawTopmost();
 }
 
 // ---- Pictures

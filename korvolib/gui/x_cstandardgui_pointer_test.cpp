@@ -147,7 +147,7 @@ TEST(WindowHover, StayIsOneStep) {
     window.window.SetHistory(history.manager);
     const size_t before = history.GetNumSteps();
     for (int i = 1; i < 10; ++i)
-        window.window.MouseOver(Over(20, 10 * i, i));
+        window.window.MouseOver(Over(20, 100 - 7 * i, i));
     EXPECT_EQ(history.GetNumSteps(), before);
     window.window.MouseOver(Over(200, 200, 20.0));
     EXPECT_EQ(history.GetNumSteps(), before + 1);
