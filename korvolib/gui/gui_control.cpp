@@ -26,11 +26,12 @@ bool IsUsableRect(const KURect<double>& rect) {
 KCGUIControl::KCGUIControl() : KCBaseControl(KEControlBinding::Observer) {}
 
 KCGUIControl::KCGUIControl(const KCGUIControl& other)
-    : KCBaseControl(other), CSelectable(other), CXMLable(other), KCMouseHover(),
-      KCNeedToDrawListener(), RM::KCResContainerUser(other), m_rect(other.m_rect), m_rectOffset(other.m_rectOffset),
-      m_hasColor(other.m_hasColor), m_color(other.m_color), m_hasColorRect(other.m_hasColorRect),
-      m_colorRect(other.m_colorRect), m_group(other.m_group), m_direction(other.m_direction),
-      m_disableMode(other.m_disableMode), m_dragSensitivity(other.m_dragSensitivity), m_images(other.m_images),
+    : KCBaseControl(other), CSelectable(other), CXMLable(other), KCMouseHover(other),
+      KCNeedToDrawListener(other), RM::KCResContainerUser(other), m_rect(other.m_rect),
+      m_rectOffset(other.m_rectOffset), m_hasColor(other.m_hasColor), m_color(other.m_color),
+      m_hasColorRect(other.m_hasColorRect), m_colorRect(other.m_colorRect), m_group(other.m_group),
+      m_direction(other.m_direction), m_disableMode(other.m_disableMode),
+      m_dragSensitivity(other.m_dragSensitivity), m_images(other.m_images),
       m_selectionImages(other.m_selectionImages), m_additionalImages(other.m_additionalImages),
       m_className(other.m_className), m_acceptableCharacters(other.m_acceptableCharacters),
       m_isDisabled(other.m_isDisabled), m_dependentIDs(other.m_dependentIDs),
