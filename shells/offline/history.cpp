@@ -41,6 +41,10 @@ KCHistory::~KCHistory() { API::DisposeUndoManager(m_manager); }
 
 std::string KCHistory::InsertStep(size_t param) {
     Check(API::InsertGestureStep(m_manager, &m_algorithm, static_cast<uint32_t>(param)), "a step of undo");
+    return DescribeLastStep();
+}
+
+std::string KCHistory::DescribeLastStep() const {
     return API::CanUndo(m_manager) ? "step " + UndoName(m_manager, 0) : "no step";
 }
 

@@ -20,10 +20,12 @@ class KCHistory {
     KCHistory(const KCHistory&) = delete;
     KCHistory& operator=(const KCHistory&) = delete;
 
-    /// One step: the state that a gesture on the parameter has left. The next three do what they say; each tells
+    /// One step: the state that a gesture on the parameter has left. The next do what they say; each tells
     /// what came of it in a few words: "step Gain", "took back Gain", "brought back Gain", "nothing to undo". They
     /// throw KCHostFailure where the library reports an error.
     std::string InsertStep(size_t param);
+    /// What InsertStep tells, of the step that a window has inserted last.
+    std::string DescribeLastStep() const;
     std::string Undo();
     std::string Redo();
 
@@ -33,6 +35,9 @@ class KCHistory {
 
     /// The level, whether the state is clean, and the names of all steps, next first.
     std::string ToText() const;
+
+    /// For a window, which inserts the steps of its own gestures; owned by this.
+    Undo::KTUndoManagerType* GetManager() const { return m_manager; }
 
   private:
     cALGORITHM& m_algorithm;

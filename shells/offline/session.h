@@ -3,9 +3,11 @@
 // here.
 //
 // A new kind of event is an action struct in the variant, one line in the table of session_reader.cpp with its
-// reading function, and one Play function in session_player.cpp; the compiler asks for what is missing.
+// reading function, its words in session_text.cpp, and one Play function in session_player.cpp; the compiler asks
+// for what is missing.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -14,6 +16,8 @@
 
 #include <korvolib/alg/plugin_setup.h>
 #include <korvolib/version.h>
+
+#include "session_hand.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
 
@@ -56,8 +60,11 @@ struct sUSE_HISTORY {
     enum class KEWhat { Undo, Redo, MarkClean };
     KEWhat what = KEWhat::Undo;
 };
+inline constexpr std::array<const char*, 3> kHistoryWords = {"undo", "redo", "mark clean"}; // by KEWhat
 
-using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sENABLE_LINK, sSWITCH_SETUP, sCOPY_SETUP, sUSE_HISTORY>;
+using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sENABLE_LINK, sSWITCH_SETUP, sCOPY_SETUP, sUSE_HISTORY,
+                                   sUSE_MOUSE, sTURN_WHEEL, sPRESS_KEY, sTYPE_TEXT, sCHOOSE_FROM_MENU, sTOUCH,
+                                   sHOVER>; // the last seven by a hand, at the window (session_hand.h)
 
 struct sSESSION_EVENT {
     double atSeconds = 0.0; // 0 … kLongestSession
@@ -83,7 +90,7 @@ sSESSION ReadSessionFile(const std::string& path);
 std::string SessionComplaint(const std::string& fileName, int line, std::string_view text);
 
 /// What an event does in a few words: "set Input Gain to 3", "step Ratio by -1, by hand", "enable link group 2",
-/// "setup B", "copy setup A to B", "undo".
+/// "setup B", "copy setup A to B", "undo", "press Input Gain with Shift".
 std::string DescribeAction(const SessionAction& action);
 
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -19,7 +19,11 @@ KCEventFields::KCEventFields(const YAML::Node& node, const std::string& fileName
     : m_fileName(fileName), m_line(LineOf(node)) {
     if (!node.IsMap())
         Fail("", "an event is a mapping, such as {at: 1.5, set: NAME, value: 3}");
-    for (const auto& entry : node) {
+    AddFieldsOf(node);
+}
+
+void KCEventFields::AddFieldsOf(const YAML::Node& map) {
+    for (const auto& entry : map) {
         if (!entry.first.IsScalar())
             throw KCHostFailure(SessionComplaint(m_fileName, LineOf(entry.first), "a key is one word"));
         const std::string& key = entry.first.Scalar();
@@ -98,6 +102,60 @@ size_t KCEventFields::Choice(std::string_view key, const std::vector<std::string
         if (choices[i] == text)
             return i;
     Fail(key, InApostrophes(key) + " must be " + expected + ", not " + Quoted(text));
+}
+
+KUPoint<double> KCEventFields::Pair(std::string_view key, double furthest) const {
+    const auto read = [&](const YAML::Node& part, double& number) {
+        return part.IsScalar() && ReadNumber(part.Scalar(), number) && std::abs(number) <= furthest;
+    };
+    KUPoint<double> pair{};
+    const sFIELD* const field = Find(key);
+    if (field == nullptr || !field->value.IsSequence() || field->value.size() != 2 ||
+        !read(field->value[0], pair.x) || !read(field->value[1], pair.y))
+        Fail(key, InApostrophes(key) + " must be two numbers from " + NumberText(-furthest) + " to " +
+                      NumberText(furthest) + ", such as [0, -40]");
+    return pair;
+}
+
+bool KCEventFields::IsList(std::string_view key) const {
+    const sFIELD* const field = Find(key);
+    return field != nullptr && field->value.IsSequence();
+}
+
+bool KCEventFields::IsMap(std::string_view key) const {
+    const sFIELD* const field = Find(key);
+    return field != nullptr && field->value.IsMap();
+}
+
+std::vector<std::string> KCEventFields::Texts(std::string_view key, const std::string& expected) const {
+    if (!IsList(key))
+        return {Scalar(key, expected)};
+    std::vector<std::string> texts;
+    for (const YAML::Node& part : Find(key)->value) {
+        if (!part.IsScalar())
+            Fail(key, InApostrophes(key) + " must be " + expected);
+        texts.push_back(part.Scalar());
+    }
+    return texts;
+}
+
+void KCEventFields::Nothing(std::string_view key) const {
+    const sFIELD* const field = Find(key);
+    if (field != nullptr && !field->value.IsNull())
+        Fail(key, InApostrophes(key) + " takes nothing");
+}
+
+KCEventFields KCEventFields::Part(std::string_view key, const std::string& expected) const {
+    const sFIELD* const field = Find(key);
+    const bool isWord = field != nullptr && field->value.IsScalar();
+    if (field == nullptr || !(isWord || field->value.IsMap()))
+        Fail(key, InApostrophes(key) + " must be " + expected);
+    KCEventFields part(m_fileName, field->line);
+    if (isWord)
+        part.m_fields.push_back({field->value.Scalar(), YAML::Node(), field->line});
+    else
+        part.AddFieldsOf(field->value);
+    return part;
 }
 
 bool KCEventFields::Flag(std::string_view key) const { return Has(key) && Choice(key, {"true", "false"}) == 0; }

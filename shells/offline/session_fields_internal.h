@@ -8,6 +8,7 @@
 
 #include <yaml-cpp/yaml.h>
 
+#include <korvolib/utilities/geometry.h>
 #include <korvolib/version.h>
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -32,6 +33,18 @@ class KCEventFields {
     /// As one of the choices: its position among them.
     size_t Choice(std::string_view key, const std::vector<std::string>& choices) const;
 
+    /// As one number in brackets for each axis, both within ±`furthest`.
+    KUPoint<double> Pair(std::string_view key, double furthest) const;
+    bool IsList(std::string_view key) const;
+    bool IsMap(std::string_view key) const;
+    /// The texts of a list; of a single text, that one.
+    std::vector<std::string> Texts(std::string_view key, const std::string& expected) const;
+    /// Complains unless the key stands without a value.
+    void Nothing(std::string_view key) const;
+    /// The value as fields of its own: a mapping, or one word that stands for a key without a value. `expected`
+    /// ends the complaint about anything else.
+    KCEventFields Part(std::string_view key, const std::string& expected) const;
+
     /// As true or false; false where there is no such key.
     bool Flag(std::string_view key) const;
 
@@ -39,6 +52,9 @@ class KCEventFields {
     [[noreturn]] void Fail(std::string_view key, const std::string& text) const;
 
   private:
+    KCEventFields(const std::string& fileName, int line) : m_fileName(fileName), m_line(line) {}
+    void AddFieldsOf(const YAML::Node& map);
+
     struct sFIELD {
         std::string key;
         YAML::Node value;

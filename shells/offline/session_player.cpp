@@ -22,19 +22,47 @@ bool IsGesture(const SessionAction& action) {
         action);
 }
 
+// "; nearest: …", or another hint where no name is near.
+std::string NearestText(const std::vector<std::string>& names, const std::string& wanted, const char* otherwise) {
+    std::vector<std::string> nearest = NearestNames(names, wanted);
+    for (std::string& near : nearest)
+        near = Quoted(near);
+    return nearest.empty() ? otherwise : std::string("; nearest: ").append(JoinedText(nearest, ", "));
+}
+
 } // namespace
 
 KCSessionPlayer::KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz,
                                  uint16_t undoLevel)
     : m_algorithm(algorithm), m_session(session), m_sampleRateHz(sampleRateHz), m_history(algorithm, undoLevel) {
     const KCAlgorithmLock lock(m_algorithm);
-    for (const sSESSION_EVENT& event : session.events)
+    for (const sSESSION_EVENT& event : session.events) {
+        OpenWindowFor(event);
         m_events.push_back(Bind(event));
+    }
+}
+
+KCSessionWindow& KCSessionPlayer::OpenWindow() {
+    if (m_window == nullptr)
+        m_window = std::make_unique<KCSessionWindow>(m_algorithm, m_history);
+    return *m_window;
 }
 
 void KCSessionPlayer::PlayUpTo(int64_t frame) {
+    const double seconds = static_cast<double>(frame) / m_sampleRateHz;
+    if (m_window != nullptr)
+        m_window->Idle(seconds);
+    const size_t numPlayed = m_played.size();
     while (GetNumLeft() > 0 && m_events[m_played.size()].frame <= frame)
         PlayNext(frame);
+    // What an event has changed beside values, such as which parameters are disabled, shows with the next tick.
+    if (m_window != nullptr && m_played.size() > numPlayed)
+        m_window->Idle(seconds);
+}
+
+void KCSessionPlayer::PlayAll() {
+    while (GetNumLeft() > 0)
+        PlayUpTo(m_events[m_played.size()].frame);
 }
 
 void KCSessionPlayer::PlayNext(int64_t frame) {
@@ -61,13 +89,18 @@ void KCSessionPlayer::PlayNext(int64_t frame) {
 // ---- Finding what an event means --------------------------------------------------------------------------------
 
 KCSessionPlayer::sBOUND_EVENT KCSessionPlayer::Bind(const sSESSION_EVENT& event) const {
-    sBOUND_EVENT bound{&event, std::llround(event.atSeconds * m_sampleRateHz), kNoParam, 0.0};
+    sBOUND_EVENT bound{&event, std::llround(event.atSeconds * m_sampleRateHz), kNoParam, 0.0, 0};
     std::visit(
         [&](const auto& action) {
             if constexpr (requires { action.param; })
                 bound.param = FindParam(event, action.param);
+            if constexpr (requires { action.place; })
+                if (!action.place.control.empty())
+                    FindControl(event, action.place.control);
         },
         event.action);
+    if (const auto* const menu = std::get_if<sCHOOSE_FROM_MENU>(&event.action))
+        bound.choice = ChoiceOf(event, *menu);
     if (const auto* const set = std::get_if<sSET_PARAM>(&event.action))
         bound.state = std::clamp(StateOf(event, *set, bound.param), 0.0, 1000.0);
     if (const auto* const link = std::get_if<sENABLE_LINK>(&event.action))
@@ -93,12 +126,47 @@ size_t KCSessionPlayer::FindParam(const sSESSION_EVENT& event, const std::string
     std::vector<std::string> names;
     for (size_t index = 0; index < m_algorithm.GetNumParams(); ++index)
         names.emplace_back(m_algorithm.GetParamName(index).c_str());
-    std::vector<std::string> nearest = NearestNames(names, name);
-    for (std::string& near : nearest)
-        near = Quoted(near);
     Fail(event,
-         "no parameter is named " + Quoted(name) +
-             (nearest.empty() ? "; 'korvo-host list' shows the names" : "; nearest: " + JoinedText(nearest, ", ")));
+         "no parameter is named " + Quoted(name) + NearestText(names, name, "; 'korvo-host list' shows the names"));
+}
+
+void KCSessionPlayer::OpenWindowFor(const sSESSION_EVENT& event) {
+    const bool isByHand =
+        std::visit([]<class Action>(const Action&) { return ActionByHand<Action>; }, event.action);
+    if (!isByHand)
+        return;
+    try {
+        OpenWindow();
+    } catch (const KCHostFailure& failure) {
+        Fail(event, failure.what());
+    }
+}
+
+KCGUIControl& KCSessionPlayer::FindControl(const sSESSION_EVENT& event, const std::string& name) const {
+    if (KCGUIControl* const control = m_window->FindControl(name))
+        return *control;
+    Fail(event, "no control is named " + Quoted(name) + NearestText(m_window->GetControlNames(), name, ""));
+}
+
+// The first parameter that the control has a menu for says what the choices are.
+int32_t KCSessionPlayer::ChoiceOf(const sSESSION_EVENT& event, const sCHOOSE_FROM_MENU& menu) const {
+    const auto& registrations = FindControl(event, menu.control).GetParamDataVec();
+    const auto found = std::find_if(registrations.begin(), registrations.end(), [](const auto& registration) {
+        return registration.IsBound() && registration.GetRegisterFlag(kRegister_Menu);
+    });
+    if (found == registrations.end())
+        Fail(event, Quoted(menu.control) + " has no menu");
+    const sCONTROL_PARAM& record = *m_algorithm.GetParam(found->GetParamIndex());
+    const double step = record.GetStateStep();
+    if (!record.IsDiscrete() || !(step > 0.0))
+        Fail(event, Quoted(menu.control) + " has no menu with choices");
+    if (!menu.choice)
+        return static_cast<int32_t>(std::lround(StateOfText(event, menu.text, found->GetParamIndex()) / step));
+    const double last = std::round(LastState(record) / step);
+    if (*menu.choice > last)
+        Fail(event, Quoted(menu.control) + " has the choices 0 to " + NumberText(last) + ", not " +
+                        std::to_string(*menu.choice));
+    return *menu.choice;
 }
 
 double KCSessionPlayer::StateOf(const sSESSION_EVENT& event, const sSET_PARAM& set, size_t param) const {
@@ -200,6 +268,29 @@ KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const
         break;
     }
     return nullptr;
+}
+
+// The window executes its own chains, and inserts its own steps.
+template <ActionByHand Action>
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const Action& action,
+                                                      sPLAYED_EVENT& played) {
+    const std::vector<double> before = ActiveValues();
+    TellOfHand(m_window->Play(action), before, played);
+    return nullptr;
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sCHOOSE_FROM_MENU& menu,
+                                                      sPLAYED_EVENT& played) {
+    const std::vector<double> before = ActiveValues();
+    const KCGUIControl& control = FindControl(*event.event, menu.control);
+    TellOfHand(m_window->ChooseFromMenu(control, event.choice), before, played);
+    return nullptr;
+}
+
+void KCSessionPlayer::TellOfHand(bool isTaken, const std::vector<double>& before, sPLAYED_EVENT& played) {
+    played.history = m_window->TakeSteps();
+    if (!isTaken && ActiveValues() == before)
+        played.effect = "no control took it";
 }
 
 // ---- Telling what it did ----------------------------------------------------------------------------------------

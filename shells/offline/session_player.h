@@ -5,10 +5,15 @@
 // An event takes effect at the first block boundary that is not before its time, counted in whole frames: never
 // early, and at most one block late.
 //
+// What a hand does goes to the plug-in's window, which is made when the session or the caller needs it, and which
+// then sees everything else too.
+//
 // Thread: [main], between two blocks.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,6 +21,7 @@
 
 #include "history.h"
 #include "session.h"
+#include "session_window.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
 
@@ -30,6 +36,13 @@ struct sPLAYED_EVENT {
     std::string state;   // "clean" or "dirty" afterwards
 };
 
+/// What only a window can be told.
+template <class Action>
+concept ActionByHand = std::same_as<Action, sCHOOSE_FROM_MENU> ||
+    requires(KCSessionWindow& window, const Action& action) {
+    window.Play(action);
+};
+
 class KCSessionPlayer {
   public:
     /// Algorithm (FinishCreate done) and session must outlive this. Throws KCHostFailure with file and line for a
@@ -38,6 +51,13 @@ class KCSessionPlayer {
 
     /// Carries out what is due at a block that begins with this frame; the frames of successive calls ascend.
     void PlayUpTo(int64_t frame);
+    /// Carries out everything that is left, each event at its own time.
+    void PlayAll();
+
+    /// Makes the window unless it is there. Throws KCHostFailure where the plug-in describes none.
+    KCSessionWindow& OpenWindow();
+    /// Null unless the session or OpenWindow has made it.
+    KCSessionWindow* GetWindow() const { return m_window.get(); }
 
     const KCHistory& GetHistory() const { return m_history; }
     const std::vector<sPLAYED_EVENT>& GetPlayed() const { return m_played; }
@@ -51,11 +71,15 @@ class KCSessionPlayer {
         int64_t frame = 0;
         size_t param = kNoParam; // of the events that name one
         double state = 0.0;      // where a 'set' moves it
+        int32_t choice = 0;      // of a menu
     };
 
     sBOUND_EVENT Bind(const sSESSION_EVENT& event) const;
     void RefuseUnknownGroup(const sSESSION_EVENT& event, const sENABLE_LINK& link) const;
     size_t FindParam(const sSESSION_EVENT& event, const std::string& name) const;
+    void OpenWindowFor(const sSESSION_EVENT& event);
+    KCGUIControl& FindControl(const sSESSION_EVENT& event, const std::string& name) const;
+    int32_t ChoiceOf(const sSESSION_EVENT& event, const sCHOOSE_FROM_MENU& menu) const;
     double StateOf(const sSESSION_EVENT& event, const sSET_PARAM& set, size_t param) const;
     double StateOfValue(const sSESSION_EVENT& event, double realWorld, size_t param) const;
     double StateOfText(const sSESSION_EVENT& event, const std::string& text, size_t param) const;
@@ -70,6 +94,10 @@ class KCSessionPlayer {
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSWITCH_SETUP& change, sPLAYED_EVENT& played);
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy, sPLAYED_EVENT& played);
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sUSE_HISTORY& use, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCHOOSE_FROM_MENU& menu, sPLAYED_EVENT& played);
+    template <ActionByHand Action>
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const Action& action, sPLAYED_EVENT& played);
+    void TellOfHand(bool isTaken, const std::vector<double>& before, sPLAYED_EVENT& played);
     BUFFER_HEADER* Move(size_t param, double state, bool isGesture);
 
     std::vector<double> ActiveValues() const;
@@ -79,6 +107,7 @@ class KCSessionPlayer {
     const sSESSION& m_session;
     double m_sampleRateHz;
     KCHistory m_history;
+    std::unique_ptr<KCSessionWindow> m_window; // null until it is needed; goes before the history
     std::vector<sBOUND_EVENT> m_events;
     std::vector<sPLAYED_EVENT> m_played;
 };

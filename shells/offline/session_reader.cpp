@@ -8,8 +8,8 @@
 
 #include "failure.h"
 #include "input_file.h"
-#include "nearest_names.h"
 #include "session_fields_internal.h"
+#include "session_kinds_internal.h"
 #include "text.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -58,85 +58,33 @@ SessionAction ReadCopySetup(const KCEventFields& fields) {
     return sCOPY_SETUP{kPluginSetup_B, kPluginSetup_A};
 }
 
-const std::vector<std::string>& HistoryWords() {
-    static const std::vector<std::string> words = {"undo", "redo", "mark clean"};
-    return words;
-}
-
 SessionAction ReadDo(const KCEventFields& fields) {
-    return sUSE_HISTORY{static_cast<sUSE_HISTORY::KEWhat>(fields.Choice("do", HistoryWords()))};
+    return sUSE_HISTORY{
+        static_cast<sUSE_HISTORY::KEWhat>(fields.Choice("do", {kHistoryWords.begin(), kHistoryWords.end()}))};
 }
 
-// What an event may be: the key that makes it one of this kind, and the other keys that it takes besides 'at'.
-struct sEVENT_KIND {
-    const char* key;
-    std::vector<std::string> otherKeys;
-    SessionAction (*read)(const KCEventFields& fields);
-};
-
-const std::vector<sEVENT_KIND>& EventKinds() {
-    static const std::vector<sEVENT_KIND> kinds = {
-        {"set", {"state", "value", "text", "gesture"}, ReadSet},
-        {"step", {"by", "gesture"}, ReadStep},
-        {"link", {"enabled"}, ReadLink},
-        {"setup", {}, ReadSetup},
-        {"copy setup", {}, ReadCopySetup},
-        {"do", {}, ReadDo},
-    };
+const sSESSION_KINDS& EventKinds() {
+    static const sSESSION_KINDS kinds = {"the event",
+                                         {"at"},
+                                         {{"set", {"state", "value", "text", "gesture"}, ReadSet},
+                                          {"step", {"by", "gesture"}, ReadStep},
+                                          {"link", {"enabled"}, ReadLink},
+                                          {"setup", {}, ReadSetup},
+                                          {"copy setup", {}, ReadCopySetup},
+                                          {"do", {}, ReadDo},
+                                          {"mouse", {}, ReadMouse},
+                                          {"wheel", {}, ReadWheel},
+                                          {"key", {}, ReadKey},
+                                          {"type", {}, ReadType},
+                                          {"menu", {}, ReadMenu},
+                                          {"touch", {}, ReadTouch},
+                                          {"hover", {}, ReadHover}}};
     return kinds;
-}
-
-std::vector<std::string> KeysOf(const sEVENT_KIND& kind) {
-    std::vector<std::string> keys = {"at", kind.key};
-    keys.insert(keys.end(), kind.otherKeys.begin(), kind.otherKeys.end());
-    return keys;
-}
-
-bool Contains(const std::vector<std::string>& names, const std::string& name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-void RefuseUnknownKeys(const KCEventFields& fields) {
-    std::vector<std::string> known;
-    for (const sEVENT_KIND& kind : EventKinds())
-        for (std::string& key : KeysOf(kind))
-            if (!Contains(known, key))
-                known.push_back(std::move(key));
-    for (const std::string& key : fields.GetKeys()) {
-        if (Contains(known, key))
-            continue;
-        const std::vector<std::string> nearest = NearestNames(known, key, 1);
-        fields.Fail(key, "unknown key " + Quoted(key) +
-                             (nearest.empty() ? "; known are " + JoinedText(known, " and ")
-                                              : "; did you mean '" + nearest.front() + "'?"));
-    }
-}
-
-const sEVENT_KIND& FindKind(const KCEventFields& fields) {
-    const sEVENT_KIND* found = nullptr;
-    std::vector<std::string> names;
-    for (const sEVENT_KIND& kind : EventKinds()) {
-        names.push_back(InApostrophes(kind.key));
-        if (!fields.Has(kind.key))
-            continue;
-        if (found != nullptr)
-            fields.Fail(kind.key, "an event does one thing, not both " + InApostrophes(found->key) + " and " +
-                                      InApostrophes(kind.key));
-        found = &kind;
-    }
-    if (found == nullptr)
-        fields.Fail("", "the event says nothing to do: it needs one of " + JoinedText(names, " and "));
-    return *found;
 }
 
 sSESSION_EVENT ReadEvent(const YAML::Node& node, const std::string& fileName) {
     const KCEventFields fields(node, fileName);
-    RefuseUnknownKeys(fields);
-    const sEVENT_KIND& kind = FindKind(fields);
-    for (const std::string& key : fields.GetKeys())
-        if (!Contains(KeysOf(kind), key))
-            fields.Fail(key, InApostrophes(key) + " does not belong to a " + InApostrophes(kind.key) +
-                                 " event, which takes " + JoinedText(KeysOf(kind), " and "));
+    const sSESSION_KIND& kind = FindKind(fields, EventKinds());
     return {fields.Number("at", 0.0, kLongestSession), fields.GetLine(), kind.read(fields)};
 }
 
@@ -190,38 +138,11 @@ YAML::Node LoadOneDocument(const std::string& text, const std::string& fileName)
     }
 }
 
-struct sActionText {
-    std::string operator()(const sSET_PARAM& set) const {
-        const char* const unit = set.by == sSET_PARAM::KEBy::State ? " to state " : " to ";
-        const bool isText = set.by == sSET_PARAM::KEBy::Text;
-        return "set " + set.param + unit + (isText ? Quoted(set.text) : NumberText(set.number)) +
-               Hand(set.isGesture);
-    }
-    std::string operator()(const sSTEP_PARAM& step) const {
-        return "step " + step.param + " by " + (step.by > 0 ? "+" : "") + std::to_string(step.by) +
-               Hand(step.isGesture);
-    }
-    std::string operator()(const sENABLE_LINK& link) const {
-        return (link.isEnabled ? "enable link group " : "disable link group ") + std::to_string(link.group);
-    }
-    std::string operator()(const sSWITCH_SETUP& change) const {
-        return std::string("setup ") + Letter(change.setup);
-    }
-    std::string operator()(const sCOPY_SETUP& copy) const {
-        return std::string("copy setup ") + Letter(copy.from) + " to " + Letter(copy.to);
-    }
-    std::string operator()(const sUSE_HISTORY& use) const { return HistoryWords()[static_cast<size_t>(use.what)]; }
-    static const char* Hand(bool isGesture) { return isGesture ? ", by hand" : ""; }
-    static char Letter(EPluginSetup setup) { return setup == kPluginSetup_A ? 'A' : 'B'; }
-};
-
 } // namespace
 
 std::string SessionComplaint(const std::string& fileName, int line, std::string_view text) {
     return fileName + ":" + std::to_string(std::max(line, 1)) + ": " + std::string(text);
 }
-
-std::string DescribeAction(const SessionAction& action) { return std::visit(sActionText(), action); }
 
 sSESSION ReadSession(std::string_view text, const std::string& fileName) {
     const YAML::Node list = LoadOneDocument(std::string(text), fileName);
@@ -236,6 +157,7 @@ sSESSION ReadSession(std::string_view text, const std::string& fileName) {
         RefuseDisorder(session, event);
         session.events.push_back(std::move(event));
     }
+    RefuseImpossibleHand(session);
     return session;
 }
 
