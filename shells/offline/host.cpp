@@ -9,6 +9,7 @@
 
 #include <korvolib/utilities/fm/path.h>
 
+#include "draw.h"
 #include "failure.h"
 #include "hosted_plugin.h"
 #include "interruption.h"
@@ -69,7 +70,22 @@ void AddRenderCommand(CLI::App& app, sRENDER_OPTIONS& options) {
         ->add_option("--plot", options.plots,
                      "Draw the level before and after into this file (.svg, .png, .gs or .yaml); may be repeated")
         ->allow_extra_args(false);
+    render->add_option("--film", options.film,
+                       "Write a picture of the plug-in's window into this folder whenever something in it changes");
     render->callback([&options] { Render(options); });
+}
+
+void AddDrawCommand(CLI::App& app, sDRAW_OPTIONS& options) {
+    CLI::App* const draw = app.add_subcommand("draw", "Draw a plug-in's window, as a session leaves it");
+    draw->add_option("PLUGIN", options.plugin, kPluginHelp)->required();
+    draw->add_option("--out", options.outs, "The picture to write (.png, .svg, .gs or .yaml); may be repeated")
+        ->required()
+        ->allow_extra_args(false);
+    draw->add_option("--session", options.session, "What happens before: a YAML list of timed events");
+    draw->add_option("--scale", options.scale, "How many times its own size a .png or .svg is")
+        ->check(CLI::Range(kSmallestScale, kLargestScale))
+        ->capture_default_str();
+    draw->callback([&options] { Draw(options); });
 }
 
 int Fail(std::string text) {
@@ -79,12 +95,15 @@ int Fail(std::string text) {
 }
 
 int ParseAndRun(int argc, const char* const* argv) {
-    CLI::App app("Runs plug-ins without a window: lists their parameters, renders sound files.", "korvo-host");
+    CLI::App app("Runs plug-ins without a display: lists their parameters, renders sound files, draws windows.",
+                 "korvo-host");
     app.require_subcommand(1);
     sLIST_OPTIONS listOptions;
     sRENDER_OPTIONS renderOptions;
+    sDRAW_OPTIONS drawOptions;
     AddListCommand(app, listOptions);
     AddRenderCommand(app, renderOptions);
+    AddDrawCommand(app, drawOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

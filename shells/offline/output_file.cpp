@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <set>
 
 #include <korvolib/utilities/error_codes.h>
 
@@ -66,6 +68,13 @@ void KCOutputFile::Keep() {
 
 void KCOutputFile::Fail(const std::string& reason) const {
     throw KCHostFailure(m_path + ": cannot be written: " + (m_problem.empty() ? reason : m_problem));
+}
+
+void RefuseSharedOutputs(const std::vector<std::string>& paths) {
+    std::set<std::filesystem::path> named;
+    for (const std::string& path : paths)
+        if (!path.empty() && !named.insert(std::filesystem::path(path).lexically_normal()).second)
+            throw KCHostFailure(path + ": named for two outputs");
 }
 
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <korvolib/utilities/fm/replace_file.h>
 
@@ -48,5 +49,8 @@ class KCOutputFile {
     int64_t m_fileCursor = 0; // where the file itself stands
     int64_t m_size = 0;
 };
+
+/// Throws KCHostFailure where two of the paths mean one file; empty ones mean none.
+void RefuseSharedOutputs(const std::vector<std::string>& paths);
 
 } // namespace kvKorvoV12_9_0_320::kvHost

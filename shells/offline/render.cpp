@@ -5,11 +5,11 @@
 #include <deque>
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <vector>
 
 #include "audio_buffers.h"
 #include "failure.h"
+#include "film.h"
 #include "hosted_plugin.h"
 #include "interruption.h"
 #include "level_meter.h"
@@ -26,13 +26,6 @@ namespace kvKorvoV12_9_0_320::kvHost {
 namespace {
 
 constexpr double kLevelsPerSecond = 20.0;
-
-void RefuseSharedOutputs(const std::vector<std::string>& paths) {
-    std::set<std::filesystem::path> named;
-    for (const std::string& path : paths)
-        if (!path.empty() && !named.insert(std::filesystem::path(path).lexically_normal()).second)
-            throw KCHostFailure(path + ": named for two outputs");
-}
 
 std::string EventTable(const std::vector<sPLAYED_EVENT>& events) {
     KCTextTable table(
@@ -57,6 +50,8 @@ class KCRendering {
             m_table.emplace(options.table);
         for (const std::string& plot : options.plots)
             m_plots.emplace_back(plot);
+        if (!options.film.empty())
+            StartFilm();
     }
 
     void Run() {
@@ -75,6 +70,8 @@ class KCRendering {
                               std::to_string(m_in.GetFormat().sampleRateHz) + " Hz, " +
                               (m_in.GetFormat().numChannels == 1 ? "mono, " : "stereo, ") +
                               std::to_string(m_player.GetPlayed().size()) + " events";
+        if (m_film)
+            summary += ", " + std::to_string(m_film->GetNumPictures()) + " pictures";
         if (m_player.GetNumLeft() > 0)
             summary += ", " + std::to_string(m_player.GetNumLeft()) + " after the end of the sound";
         if (m_plugin.GetRunner().GetNumRepairedPieces() > 0)
@@ -84,6 +81,21 @@ class KCRendering {
     }
 
   private:
+    void StartFilm() {
+        try {
+            m_player.OpenWindow();
+        } catch (const KCHostFailure& failure) {
+            throw KCHostFailure(m_options.plugin + ": " + failure.what());
+        }
+        m_film.emplace(m_options.film);
+    }
+
+    // The first picture shows the window as it opens.
+    void Film() {
+        if (m_film && m_player.GetWindow()->NeedsRedraw())
+            m_film->Add(m_player.GetWindow()->DrawFile(".png", 1.0));
+    }
+
     int64_t WindowFrames() const { return static_cast<int64_t>(m_in.GetFormat().sampleRateHz / kLevelsPerSecond); }
 
     void Prepare() {
@@ -104,6 +116,7 @@ class KCRendering {
             ThrowIfInterrupted();
             m_player.PlayUpTo(frame);
             DeliverChanges();
+            Film();
             const int64_t numFrames = std::min<int64_t>(m_options.blockFrames, total - frame);
             ReadBlock(numFrames);
             m_buffers.Process(m_plugin.GetRunner(), numFrames);
@@ -170,6 +183,8 @@ class KCRendering {
             m_table->Keep();
         for (KCOutputFile& plot : m_plots)
             plot.Keep();
+        if (m_film)
+            m_film->Keep();
         m_outFile.Keep();
     }
 
@@ -185,12 +200,13 @@ class KCRendering {
     KCLevelMeter m_after;
     std::optional<KCOutputFile> m_table;
     std::deque<KCOutputFile> m_plots; // none of them can be moved
+    std::optional<KCFilm> m_film;
 };
 
 } // namespace
 
 void Render(const sRENDER_OPTIONS& options) {
-    std::vector<std::string> outputs = {options.out, options.table};
+    std::vector<std::string> outputs = {options.out, options.table, options.film};
     outputs.insert(outputs.end(), options.plots.begin(), options.plots.end());
     RefuseSharedOutputs(outputs);
     for (const std::string& plot : options.plots)

@@ -16,6 +16,7 @@ struct sRENDER_OPTIONS {
     std::string session;            // empty: no events
     std::string table;              // where the table of parameters and events goes; empty: nowhere
     std::vector<std::string> plots; // where the picture of the levels goes, each in the form that its ending says
+    std::string film;               // the folder of the window's pictures; empty: no film
     uint32_t blockFrames = 512;
     uint16_t undoLevel = 100; // how many gestures of the session can be undone
 };
