@@ -78,6 +78,13 @@ TEST_F(HostDraw, DrawsTheSameInAnyLocale) {
     EXPECT_EQ(ReadBytes(Path("g.svg")), ReadBytes(Path("w.svg")));
 }
 
+TEST_F(HostDraw, DrawsTheExampleOfTheDocumentation) {
+    const sPROGRAM_RUN run = Host({"draw", Plugin("documented_window"), "--out", "w.svg"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.error, "");
+    EXPECT_THAT(ReadBytes(Path("w.svg")), HasSubstr(">My plug-in</text>"));
+}
+
 TEST_F(HostDraw, TellsWhatHadToBeLeftOut) {
     const sPROGRAM_RUN run = Host({"draw", Plugin("window_with_mistakes"), "--out", "w.png"});
     EXPECT_EQ(run.status, 0);
