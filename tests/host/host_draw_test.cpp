@@ -85,6 +85,15 @@ TEST_F(HostDraw, DrawsTheExampleOfTheDocumentation) {
     EXPECT_THAT(ReadBytes(Path("w.svg")), HasSubstr(">My plug-in</text>"));
 }
 
+// What the README shows, after everything that the demo's session does by hand.
+TEST_F(HostDraw, DrawsTheStripAsTheDemoLeavesIt) {
+    const sPROGRAM_RUN run = Host({"draw", kStrip, "--session", KORVO_DEMO_SESSION, "--out", "w.svg"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.error, "");
+    for (const char* const text : {"Channel Strip", "500 Hz", "24 dB/oct", "-32.0 dB", "12.0 dB", "60 ms"})
+        EXPECT_THAT(ReadBytes(Path("w.svg")), HasSubstr(std::string(">") + text + "</text>"));
+}
+
 TEST_F(HostDraw, TellsWhatHadToBeLeftOut) {
     const sPROGRAM_RUN run = Host({"draw", Plugin("window_with_mistakes"), "--out", "w.png"});
     EXPECT_EQ(run.status, 0);
