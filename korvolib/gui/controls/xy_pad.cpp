@@ -95,16 +95,23 @@ KCXYPad::BUFFER_HEADER* KCXYPad::KeySelf(const KCEventData& event, bool& isHandl
 void KCXYPad::GetDrawInstructionsControlBackground(Writer& writer) const {
     KCShapes shapes(writer, *this);
     const KCTheme& theme = shapes.Theme();
+    const Rect field = GetBounds();
+    shapes.Rounded(field, theme.cornerRadius, theme.track);
+    DrawGrid(shapes, field.Inset(1.0, 1.0));
+    shapes.RoundedFrame(field, theme.cornerRadius, 1.0, IsHighlighted() ? theme.bodyLight : theme.panelFrame);
+}
+
+// The dot stands on a graph, if there is one.
+void KCXYPad::GetDrawInstructionsParamsData(Writer& writer) const {
+    KCGUIControl::GetDrawInstructionsParamsData(writer);
+    KCShapes shapes(writer, *this);
     const KCParamRegistrationData* const x = GetParamData(FindRole("X"));
     const KCParamRegistrationData* const y = GetParamData(FindRole("Y"));
     const Rect field = GetBounds();
     const Rect travel = GetMovementRect();
-    shapes.Rounded(field, theme.cornerRadius, theme.track);
-    DrawGrid(shapes, field.Inset(1.0, 1.0));
     DrawDot(shapes, field.Inset(1.0, 1.0),
             {travel.left + travel.GetWidth() * FractionOf(x), travel.bottom - travel.GetHeight() * FractionOf(y)});
-    shapes.RoundedFrame(field, theme.cornerRadius, 1.0, IsHighlighted() ? theme.bodyLight : theme.panelFrame);
-    const double line = LineHeight(theme.valueHeight);
+    const double line = LineHeight(shapes.Theme().valueHeight);
     if (field.GetHeight() < 4 * line)
         return;
     KCFixedString<127> text, second;
@@ -113,9 +120,9 @@ void KCXYPad::GetDrawInstructionsControlBackground(Writer& writer) const {
     if (!text.empty() && !second.empty())
         text << ", ";
     text << second;
-    const Rect corner = field.Inset(kMargin, kMargin);
-    shapes.Value(text, Rect::FromEdges(corner.left, corner.bottom - line, corner.right, corner.bottom),
-                 KETextAlign::Left);
+    const Rect inside = field.Inset(kMargin, kMargin);
+    const double top = FractionOf(y) < 0.5 ? inside.top : inside.bottom - line; // out of the dot's way
+    shapes.Value(text, Rect::FromEdges(inside.left, top, inside.right, top + line), KETextAlign::Left);
 }
 
 } // namespace kvKorvoV12_9_0_320

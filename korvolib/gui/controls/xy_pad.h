@@ -1,5 +1,5 @@
 // KCXYPad: two parameters under one hand: the role "X" moves to the right, "Y" upwards. A field with a grid, a
-// cross hair and a dot; the values stand in its lower left corner.
+// cross hair and a dot; the values stand at its left, away from the dot.
 //
 // A parameter without registrations of its own answers to drags along its axis and to a double click (reset); Y
 // also to the wheel. The arrow keys move along their axes. A registration for "Place" makes a press put the dot
@@ -21,6 +21,7 @@ class KORVO_API KCXYPad : public KCGUIControl {
     Rect GetMovementRect() const override; // where the middle of the dot travels
     BUFFER_HEADER* KeySelf(const KCEventData& event, bool& isHandled) override;
     void GetDrawInstructionsControlBackground(Writer& writer) const override;
+    void GetDrawInstructionsParamsData(Writer& writer) const override;
 
   private:
     size_t FindRole(const char* role) const noexcept; // the first registration of it, or kNoParam
