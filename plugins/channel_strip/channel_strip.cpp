@@ -8,6 +8,7 @@
 
 namespace kvStrip {
 
+using kvKorvo::kFullTravel;
 using kvKorvo::sPROCESS_MEMORY_SIZE;
 
 KCChannelStrip::KCChannelStrip() {
@@ -22,6 +23,11 @@ int32_t KCChannelStrip::PrepareScaleFunctionsMapSelf(ScaleFunctionsMap& map) {
 
 int32_t KCChannelStrip::FinishCreateSelf() {
     UseWords(*this);
+    for (const KEParam frequency : {kParam_Bell1Frequency, kParam_Bell2Frequency})
+        if (!GetParam(frequency)->ResizeGraph(KCBellCurve::kNumPoints))
+            return kvKorvo::kErr_AllocationFailed;
+    (void)DesignBellStage(kParam_Bell1Frequency, kParam_Bell1Gain, kParam_Bell1Q); // for the window's first picture
+    (void)DesignBellStage(kParam_Bell2Frequency, kParam_Bell2Gain, kParam_Bell2Q);
     return kvKorvo::kErr_NoErr;
 }
 
@@ -85,8 +91,13 @@ LowCutSections KCChannelStrip::DesignLowCutStage() const {
                         static_cast<int>(GetParamRealWorld(kParam_LowCutSlope)), GetSampleRate());
 }
 
-sBIQUAD KCChannelStrip::DesignBellStage(KEParam frequency, KEParam gain, KEParam q) const {
-    return DesignBell(GetParamRealWorld(frequency), GetParamRealWorld(gain), GetParamRealWorld(q), GetSampleRate());
+// The window shows the curve as the graph of the bell's frequency.
+sBIQUAD KCChannelStrip::DesignBellStage(KEParam frequency, KEParam gain, KEParam q) {
+    const sBIQUAD bell =
+        DesignBell(GetParamRealWorld(frequency), GetParamRealWorld(gain), GetParamRealWorld(q), GetSampleRate());
+    m_curve.Prepare(StateToRealWorld(frequency, 0.0), StateToRealWorld(frequency, kFullTravel), GetSampleRate());
+    m_curve.Fill(bell, GetParamState(frequency) / kFullTravel, GetParam(frequency)->GetGraph());
+    return bell;
 }
 
 sGATE KCChannelStrip::DesignGateStage() const {

@@ -5,6 +5,7 @@
 // block.
 #pragma once
 
+#include <plugins/channel_strip/bell_curve.h>
 #include <plugins/channel_strip/channel_strip_params.h>
 #include <plugins/channel_strip/dsp/signal_path.h>
 #include <shells/plugin_algorithm.h>
@@ -46,13 +47,14 @@ class KCChannelStrip : public kvKorvo::KCPluginAlgorithm {
   private:
     BUFFER_HEADER* MakeStage(KETarget target);
     LowCutSections DesignLowCutStage() const;
-    sBIQUAD DesignBellStage(KEParam frequency, KEParam gain, KEParam q) const;
+    sBIQUAD DesignBellStage(KEParam frequency, KEParam gain, KEParam q);
     sGATE DesignGateStage() const;
     sCOMPRESSOR DesignCompressorStage() const;
     sSTEREO DesignStereoStage() const;
     sOUTPUT DesignOutputStage() const;
 
     KCSignalPath m_path;
+    KCBellCurve m_curve;
 };
 
 } // namespace kvStrip

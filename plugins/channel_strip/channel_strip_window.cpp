@@ -120,8 +120,13 @@ const char* WindowXML() noexcept {
     </Control>
     <Control Class="XYPad" Name="Bell 1" Rect="24 320 216 216">
       <ParameterList>
-        <Parameter Name="Bell 1 Frequency" Role="X"/>
+        <Parameter Name="Bell 1 Frequency" Role="X">
+          <ParamDependantGraphWin Rect="8 8 200 200" MinX="0" MaxX="1" MinY="-18" MaxY="18" Color="#66B2FF" StrokeWidth="2"/>
+        </Parameter>
         <Parameter Name="Bell 1 Gain" Role="Y"/>
+        <Parameter Name="Bell 1 Q">
+          <Register Type="Display"/>
+        </Parameter>
       </ParameterList>
     </Control>
     <Control Class="Label" Name="Bell 1 Frequency Label" Text="Frequency" Rect="248 320 80 16"/>
@@ -143,8 +148,13 @@ const char* WindowXML() noexcept {
     </Control>
     <Control Class="XYPad" Name="Bell 2" Rect="352 320 216 216">
       <ParameterList>
-        <Parameter Name="Bell 2 Frequency" Role="X"/>
+        <Parameter Name="Bell 2 Frequency" Role="X">
+          <ParamDependantGraphWin Rect="8 8 200 200" MinX="0" MaxX="1" MinY="-18" MaxY="18" Color="#66B2FF" StrokeWidth="2"/>
+        </Parameter>
         <Parameter Name="Bell 2 Gain" Role="Y"/>
+        <Parameter Name="Bell 2 Q">
+          <Register Type="Display"/>
+        </Parameter>
       </ParameterList>
     </Control>
     <Control Class="Label" Name="Bell 2 Frequency Label" Text="Frequency" Rect="576 320 80 16"/>
