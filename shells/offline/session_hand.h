@@ -43,9 +43,10 @@ struct sPRESS_KEY {
     KUModifiers modifiers;
 };
 
-/// `type:`, letter by letter.
+/// `type:`, letter by letter; or a whole text for a control, as if typed and committed there.
 struct sTYPE_TEXT {
     std::string text;
+    std::string control; // empty: letter by letter, into what has the text focus
 };
 
 /// `menu:`, a choice of a control's menu.

@@ -177,6 +177,10 @@ SessionAction ReadKeyPress(const KCEventFields& fields) {
     return sPRESS_KEY{ReadKeyCode(fields, "press"), fields.Text("press"), ReadModifiers(fields)};
 }
 
+SessionAction ReadTypeText(const KCEventFields& fields) {
+    return sTYPE_TEXT{fields.Text("text"), fields.Text("into")};
+}
+
 SessionAction ReadMenuOf(const KCEventFields& fields) {
     sCHOOSE_FROM_MENU menu;
     menu.control = fields.Text("of");
@@ -224,7 +228,12 @@ SessionAction ReadKey(const KCEventFields& fields) {
     return ReadOnlyKind(fields, "key", "", kinds);
 }
 
-SessionAction ReadType(const KCEventFields& fields) { return sTYPE_TEXT{fields.Text("type")}; }
+SessionAction ReadType(const KCEventFields& fields) {
+    static const sSESSION_KINDS kinds = {"'type'", {}, {{"text", {"into"}, ReadTypeText}}};
+    if (!fields.IsMap("type"))
+        return sTYPE_TEXT{fields.Text("type"), ""};
+    return ReadOnlyKind(fields, "type", "", kinds);
+}
 
 SessionAction ReadMenu(const KCEventFields& fields) {
     static const sSESSION_KINDS kinds = {"'menu'", {}, {{"of", {"choose", "text"}, ReadMenuOf}}};

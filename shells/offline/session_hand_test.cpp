@@ -104,6 +104,9 @@ TEST(SessionHand, KnowsKeysByNameAndByCharacter) {
 
 TEST(SessionHand, TypesAndChooses) {
     EXPECT_EQ(Only<sTYPE_TEXT>("type: -3 dB").text, "-3 dB");
+    EXPECT_EQ(Only<sTYPE_TEXT>("type: -3 dB").control, "");
+    EXPECT_EQ(Only<sTYPE_TEXT>("type: {text: 1k, into: Low Cut}").text, "1k");
+    EXPECT_EQ(Only<sTYPE_TEXT>("type: {text: 1k, into: Low Cut}").control, "Low Cut");
     const auto number = Only<sCHOOSE_FROM_MENU>("menu: {of: Detector, choose: 1}");
     EXPECT_EQ(number.control, "Detector");
     EXPECT_EQ(number.choice, 1);
@@ -153,6 +156,7 @@ const sDESCRIBED kDescribed[] = {
     {"wheel: {over: [1, 2], by: [1, -2]}", "wheel by 1, -2 at 1, 2"},
     {"key: {press: Up, with: Shift}", "key Up with Shift"},
     {"type: 1k", "type \"1k\""},
+    {"type: {text: 1k, into: Low Cut}", "type \"1k\" into Low Cut"},
     {"menu: {of: Mode, choose: 2}", "choose 2 from the menu of Mode"},
     {"menu: {of: Mode, text: RMS}", "choose \"RMS\" from the menu of Mode"},
     {"touch: {down: Gain, finger: 2}", "finger 2 down on Gain"},
@@ -220,6 +224,8 @@ const sREFUSED kRefused[] = {
                        "Escape, Backspace, Delete, Tab or Space, not \"?\""},
     {"key: [Up]", "'key' must be a text of 1 to 127 bytes"},
     {"type: \"\"", "'type' must be a text of 1 to 127 bytes"},
+    {"type: {text: 1k}", "the event needs 'into', a text of 1 to 127 bytes"},
+    {"type: {into: Gain}", "'type' says nothing to do: it needs 'text'"},
     {"menu: Detector", "'menu' must be a mapping such as {of: NAME, text: RMS}"},
     {"menu: {of: Detector}", "'menu' needs one of 'choose', a number from 0, and 'text', what it means"},
     {"menu: {of: Detector, choose: 1, text: RMS}",

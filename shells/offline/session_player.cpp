@@ -97,6 +97,9 @@ KCSessionPlayer::sBOUND_EVENT KCSessionPlayer::Bind(const sSESSION_EVENT& event)
             if constexpr (requires { action.place; })
                 if (!action.place.control.empty())
                     FindControl(event, action.place.control);
+            if constexpr (requires { action.control; })
+                if (!action.control.empty())
+                    FindControl(event, action.control);
         },
         event.action);
     if (const auto* const menu = std::get_if<sCHOOSE_FROM_MENU>(&event.action))

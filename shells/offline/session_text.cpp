@@ -34,7 +34,9 @@ struct sActionText {
                Place(" over ", wheel.place) + With(wheel.modifiers);
     }
     std::string operator()(const sPRESS_KEY& key) const { return "key " + key.name + With(key.modifiers); }
-    std::string operator()(const sTYPE_TEXT& type) const { return "type " + Quoted(type.text); }
+    std::string operator()(const sTYPE_TEXT& type) const {
+        return "type " + Quoted(type.text) + (type.control.empty() ? "" : " into " + type.control);
+    }
     std::string operator()(const sCHOOSE_FROM_MENU& menu) const {
         return "choose " + (menu.choice ? std::to_string(*menu.choice) : Quoted(menu.text)) + " from the menu of " +
                menu.control;

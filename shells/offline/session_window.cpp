@@ -137,7 +137,11 @@ bool KCSessionWindow::Play(const sPRESS_KEY& key) {
     return m_window.Key(event);
 }
 
-bool KCSessionWindow::Play(const sTYPE_TEXT& type) { return m_window.Text(type.text.c_str()); }
+bool KCSessionWindow::Play(const sTYPE_TEXT& type) {
+    if (type.control.empty())
+        return m_window.Text(type.text.c_str());
+    return m_window.EnterText(FindControl(type.control)->GetName(), KCFixedString<127>(type.text.c_str()));
+}
 
 bool KCSessionWindow::Play(const sTOUCH& touch) {
     KCEventData& finger = m_fingers[touch.finger];

@@ -18,9 +18,9 @@ class HostGesture : public HostTest {
     std::vector<std::string> Arguments(const std::string& plugin) const {
         return {"render", plugin, "--in", "in.wav", "--out", "out.wav", "--session", "s.yaml", "--table", "t.txt"};
     }
-    std::string TableOf(const std::string& session) const {
+    std::string TableOf(const std::string& session, const std::string& plugin = kTestPlugins + "window.so") const {
         WriteText("s.yaml", session);
-        const sPROGRAM_RUN run = Host(Arguments(kTestPlugins + "window.so"));
+        const sPROGRAM_RUN run = Host(Arguments(plugin));
         EXPECT_EQ(run.status, 0) << run.error;
         return ReadBytes(Path("t.txt"));
     }
@@ -117,6 +117,13 @@ TEST_F(HostGesture, KeysMoveWhatWasClicked) {
     EXPECT_THAT(EffectOf("key: Up"), HasSubstr("no control took it"));
 }
 
+TEST_F(HostGesture, ArrowKeysMoveAFieldOfTwoParametersThatWasClicked) {
+    const std::string table =
+        TableOf("- {at: 0, mouse: {click: Bell 2}}\n- {at: 0, key: Up}\n- {at: 0, key: Left}\n", kStrip);
+    EXPECT_THAT(RowOf(table, 2), HasSubstr("Bell 2 Gain 0.0 → 0.1"));
+    EXPECT_THAT(RowOf(table, 3), HasSubstr("Bell 2 Frequency 3000 → "));
+}
+
 TEST_F(HostGesture, ATypedTextIsAValue) {
     const std::string session = "- {at: 0, mouse: {click: Gain as text}}\n- {at: 0, type: -3.5 dB}\n";
     const std::string table = TableOf(session + "- {at: 0, key: Enter}\n");
@@ -124,6 +131,12 @@ TEST_F(HostGesture, ATypedTextIsAValue) {
     EXPECT_THAT(RowOf(table, 3), HasSubstr("Gain 0.0 → -3.5"));
     EXPECT_THAT(RowOf(table, 3), HasSubstr("step Gain"));
     EXPECT_THAT(RowOf(TableOf(session + "- {at: 0, key: Escape}\n"), 3), HasSubstr("nothing changed"));
+}
+
+TEST_F(HostGesture, AWholeTextIsEnteredIntoAControl) {
+    EXPECT_THAT(EffectOf("type: {text: -3.5 dB, into: Gain}"), HasSubstr("Gain 0.0 → -3.5"));
+    EXPECT_THAT(EffectOf("type: {text: \"12\", into: Pan}"), HasSubstr("step Pan"));
+    EXPECT_THAT(EffectOf("type: {text: loud, into: Gain}"), HasSubstr("no control took it"));
 }
 
 TEST_F(HostGesture, AMenuIsChosenFromByNumberAndByText) {
@@ -155,6 +168,7 @@ TEST_F(HostGesture, IsTakenBack) {
 TEST_F(HostGesture, OfAnUnknownControlIsRefused) {
     ExpectRefusalOf("- at: 0\n  mouse: {press: Blance}\n", "s.yaml:1: no control is named \"Blance\"; nearest: "
                                                            "\"Balance\"");
+    ExpectRefusalOf("- {at: 0, type: {text: \"1\", into: Q}}\n", "s.yaml:1: no control is named \"Q\"");
     ExpectRefusalOf("- {at: 0, hover: Q}\n", "s.yaml:1: no control is named \"Q\"");
     ExpectRefusalOf("- {at: 0, menu: {of: Mdoe, choose: 1}}\n",
                     "s.yaml:1: no control is named \"Mdoe\"; nearest: \"Mode\"");
