@@ -12,7 +12,10 @@ namespace kvKorvoV12_9_0_320 {
 
 class KORVO_API KCXYPad : public KCGUIControl {
   public:
-    KCXYPad() { m_direction = KEControlDirection::Both; }
+    KCXYPad() {
+        m_direction = KEControlDirection::Both;
+        SetSelectableFlag(kSelectable_CanBeSelected, true); // its arrow keys are no registration's
+    }
 
     std::unique_ptr<KCBaseControl> Clone() const override;
     std::span<const ERegisterType> GetDefaultGestures() const override;
