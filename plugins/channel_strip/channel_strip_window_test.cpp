@@ -76,6 +76,19 @@ TEST_F(StripWindow, IsBuiltWithoutAComplaint) {
     EXPECT_EQ(built.GetSize(), size);
 }
 
+TEST_F(StripWindow, TakesATypedFrequency) {
+    CStandardGUI_X built;
+    ASSERT_EQ(built.Create(strip), kErr_NoErr);
+    const KCGUIControl* const field = built.FindControl(KCFixedString<63>("Bell 1 Frequency"));
+    ASSERT_NE(field, nullptr);
+    PluginViewManager::KCEventData event;
+    event.position = event.dragStart = field->GetBounds().GetCentre();
+    EXPECT_TRUE(built.MouseDown(event));
+    EXPECT_TRUE(built.MouseUp(event));
+    EXPECT_TRUE(built.Text("440\r"));
+    EXPECT_EQ(strip.GetParamRealWorld(kParam_Bell1Frequency), 440.0);
+}
+
 TEST_F(StripWindow, BindsEveryParameter) {
     std::set<size_t> bound;
     for (const auto& control : controls)

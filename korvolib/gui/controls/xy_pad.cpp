@@ -30,11 +30,14 @@ void DrawGrid(KCShapes& shapes, const Rect& rect) {
     }
 }
 
+void DrawCrossHair(KCShapes& shapes, const Rect& rect, KUPoint<double> dot) {
+    shapes.LineUp(rect, dot.x, 1.0, shapes.Theme().accentOff);
+    shapes.LineAcross(rect, dot.y, 1.0, shapes.Theme().accentOff);
+}
+
 void DrawDot(KCShapes& shapes, const Rect& rect, KUPoint<double> dot) {
     const KCTheme& theme = shapes.Theme();
     const double radius = std::min({kDotRadius, rect.GetWidth() / 2 - 1.0, rect.GetHeight() / 2 - 1.0});
-    shapes.LineUp(rect, dot.x, 1.0, theme.accentOff);
-    shapes.LineAcross(rect, dot.y, 1.0, theme.accentOff);
     shapes.Disc(dot, radius + 1.0, theme.track);
     shapes.Disc(dot, radius, theme.accent);
     shapes.Disc(dot, radius / 3, theme.track);
@@ -92,12 +95,20 @@ KCXYPad::BUFFER_HEADER* KCXYPad::KeySelf(const KCEventData& event, bool& isHandl
     return chain;
 }
 
+KUPoint<double> KCXYPad::GetDot() const {
+    const Rect travel = GetMovementRect();
+    return {travel.left + travel.GetWidth() * FractionOf(GetParamData(FindRole("X"))),
+            travel.bottom - travel.GetHeight() * FractionOf(GetParamData(FindRole("Y")))};
+}
+
 void KCXYPad::GetDrawInstructionsControlBackground(Writer& writer) const {
     KCShapes shapes(writer, *this);
     const KCTheme& theme = shapes.Theme();
     const Rect field = GetBounds();
+    const Rect inside = field.Inset(1.0, 1.0);
     shapes.Rounded(field, theme.cornerRadius, theme.track);
-    DrawGrid(shapes, field.Inset(1.0, 1.0));
+    DrawGrid(shapes, inside);
+    DrawCrossHair(shapes, inside, GetDot());
     shapes.RoundedFrame(field, theme.cornerRadius, 1.0, IsHighlighted() ? theme.bodyLight : theme.panelFrame);
 }
 
@@ -105,24 +116,26 @@ void KCXYPad::GetDrawInstructionsControlBackground(Writer& writer) const {
 void KCXYPad::GetDrawInstructionsParamsData(Writer& writer) const {
     KCGUIControl::GetDrawInstructionsParamsData(writer);
     KCShapes shapes(writer, *this);
-    const KCParamRegistrationData* const x = GetParamData(FindRole("X"));
-    const KCParamRegistrationData* const y = GetParamData(FindRole("Y"));
     const Rect field = GetBounds();
-    const Rect travel = GetMovementRect();
-    DrawDot(shapes, field.Inset(1.0, 1.0),
-            {travel.left + travel.GetWidth() * FractionOf(x), travel.bottom - travel.GetHeight() * FractionOf(y)});
-    const double line = LineHeight(shapes.Theme().valueHeight);
-    if (field.GetHeight() < 4 * line)
-        return;
+    DrawDot(shapes, field.Inset(1.0, 1.0), GetDot());
+    if (field.GetHeight() >= 4 * LineHeight(shapes.Theme().valueHeight))
+        DrawValues(shapes);
+}
+
+// In the corner that is farthest from the dot.
+void KCXYPad::DrawValues(KCShapes& shapes) const {
     KCFixedString<127> text, second;
-    ValueText(x, text);
-    ValueText(y, second);
+    ValueText(GetParamData(FindRole("X")), text);
+    ValueText(GetParamData(FindRole("Y")), second);
     if (!text.empty() && !second.empty())
         text << ", ";
     text << second;
-    const Rect inside = field.Inset(kMargin, kMargin);
-    const double top = FractionOf(y) < 0.5 ? inside.top : inside.bottom - line; // out of the dot's way
-    shapes.Value(text, Rect::FromEdges(inside.left, top, inside.right, top + line), KETextAlign::Left);
+    const Rect inside = GetBounds().Inset(kMargin, kMargin);
+    const double line = LineHeight(shapes.Theme().valueHeight);
+    const KUPoint<double> dot = GetDot();
+    const double top = dot.y > inside.GetCentre().y ? inside.top : inside.bottom - line;
+    shapes.Value(text, Rect::FromEdges(inside.left, top, inside.right, top + line),
+                 dot.x < inside.GetCentre().x ? KETextAlign::Right : KETextAlign::Left);
 }
 
 } // namespace kvKorvoV12_9_0_320

@@ -1,5 +1,5 @@
 // KCXYPad: two parameters under one hand: the role "X" moves to the right, "Y" upwards. A field with a grid, a
-// cross hair and a dot; the values stand at its left, away from the dot.
+// cross hair and a dot; the values stand in the corner that is farthest from it.
 //
 // A parameter without registrations of its own answers to drags along its axis and to a double click (reset); Y
 // also to the wheel. The arrow keys move along their axes. A registration for "Place" makes a press put the dot
@@ -9,6 +9,8 @@
 #include <korvolib/gui/gui_control.h>
 
 namespace kvKorvoV12_9_0_320 {
+
+class KCShapes;
 
 class KORVO_API KCXYPad : public KCGUIControl {
   public:
@@ -27,6 +29,8 @@ class KORVO_API KCXYPad : public KCGUIControl {
     void GetDrawInstructionsParamsData(Writer& writer) const override;
 
   private:
+    KUPoint<double> GetDot() const;
+    void DrawValues(KCShapes& shapes) const;
     size_t FindRole(const char* role) const noexcept; // the first registration of it, or kNoParam
 };
 
