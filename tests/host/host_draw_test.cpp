@@ -177,6 +177,12 @@ TEST_F(HostFilm, HasAPictureForEachMomentThatChangesSomething) {
     EXPECT_NE(ReadBytes(Path("film/0002.png")), ReadBytes(Path("film/0003.png")));
 }
 
+TEST_F(HostFilm, ShowsWhatIsUnderThePointer) {
+    Film("- {at: 0.2, hover: Gain}\n- {at: 0.4, hover: [239, 119]}\n", "3");
+    EXPECT_NE(ReadBytes(Path("film/0001.png")), ReadBytes(Path("film/0002.png")));
+    EXPECT_EQ(ReadBytes(Path("film/0001.png")), ReadBytes(Path("film/0003.png")));
+}
+
 TEST_F(HostFilm, EndsWithThePictureThatIsDrawnOfTheSameSession) {
     const std::string session = "- {at: 0.2, mouse: {press: Gain}}\n- {at: 0.3, mouse: {drag: [0, -15]}}\n"
                                 "- {at: 0.4, mouse: release}\n- {at: 0.5, menu: {of: Mode, choose: 2}}\n";

@@ -152,6 +152,46 @@ TEST_F(HostGesture, AFingerDrags) {
     EXPECT_THAT(RowOf(table, 3), HasSubstr("step Gain"));
 }
 
+TEST_F(HostGesture, TwoFingersPinch) {
+    const std::string table = TableOf("- {at: 0, touch: {down: Gain, place: [0.3, 0.5]}}\n"
+                                      "- {at: 0, touch: {down: Gain, place: [0.7, 0.5], finger: 2}}\n"
+                                      "- {at: 0, touch: {pinch: 1.5, finger: 2}}\n"
+                                      "- {at: 0, touch: {up: , finger: 2}}\n- {at: 0, touch: up}\n");
+    EXPECT_THAT(RowOf(table, 3), HasSubstr("Gain 0.0 → "));
+    EXPECT_THAT(table, HasSubstr("step Gain"));
+}
+
+TEST_F(HostGesture, APlaceOnAControlMakesADifference) {
+    EXPECT_THAT(EffectOf("mouse: {click: Mode}"), HasSubstr("Mode 0 → 1"));
+    EXPECT_THAT(EffectOf("mouse: {click: Mode, place: [0.02, 0.7]}"), HasSubstr("Mode 0 → 3")); // the left arrow
+}
+
+TEST_F(HostGesture, ModifiersHoldUntilSomethingElseIsSaid) {
+    const std::string press = "- {at: 0, mouse: {press: Gain, with: Shift}}\n";
+    const std::string held = RowOf(TableOf(press + "- {at: 0, mouse: {drag: [0, -20]}}\n"), 2);
+    const std::string said = RowOf(TableOf(press + "- {at: 0, mouse: {drag: [0, -20], with: Shift}}\n"), 2);
+    const std::string none = RowOf(TableOf(press + "- {at: 0, mouse: {drag: [0, -20], with: []}}\n"), 2);
+    const auto effect = [](const std::string& row) { return row.substr(row.find("Gain 0.0 → ")); };
+    EXPECT_EQ(effect(held), effect(said));
+    EXPECT_NE(effect(held), effect(none));
+}
+
+TEST_F(HostGesture, APressWithPrimaryResets) {
+    const std::string table =
+        TableOf("- {at: 0, set: Gain, value: 5, gesture: true}\n- {at: 0, mouse: {click: Gain, with: Primary}}\n");
+    EXPECT_THAT(RowOf(table, 2), HasSubstr("Gain 5.0 → 0.0"));
+}
+
+TEST_F(HostGesture, TabGoesToTheNextControl) {
+    const std::string table = TableOf("- {at: 0, mouse: {click: Gain}}\n- {at: 0, key: Tab}\n- {at: 0, key: Up}\n");
+    EXPECT_THAT(RowOf(table, 3), HasSubstr("Pan 0.0 → 0.1"));
+}
+
+TEST_F(HostGesture, OverAControlMovesNothing) {
+    EXPECT_THAT(EffectOf("hover: Gain"), HasSubstr("nothing changed"));
+    EXPECT_THAT(EffectOf("hover: [239, 119]"), HasSubstr("no control took it"));
+}
+
 TEST_F(HostGesture, ALostPointerEndsTheGesture) {
     const std::string table = TableOf("- {at: 0, mouse: {press: Gain}}\n- {at: 0, mouse: {drag: [0, -10]}}\n"
                                       "- {at: 0, mouse: lost}\n");
