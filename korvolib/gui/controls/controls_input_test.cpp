@@ -178,6 +178,15 @@ TEST(XYPad, EachParameterFollowsItsAxis) {
     EXPECT_EQ(algorithm.GetParamState(1), 499.0);
 }
 
+TEST(XYPad, MovesFinelyWithShiftAlongBothAxes) {
+    ControlsAlgorithm algorithm;
+    algorithm.SetState(1, 500.0);
+    const auto pad = MakeControl(algorithm, "XYPad", R"(Rect="0 0 200 200")", kPad);
+    Drag(algorithm, *pad, 2.0, -1.0, KEModifier::Shift);
+    EXPECT_NEAR(algorithm.GetParamState(0), 500.2, 1e-9);
+    EXPECT_NEAR(algorithm.GetParamState(1), 499.9, 1e-9);
+}
+
 TEST(XYPad, ArrowKeysMoveAlongTheirAxes) {
     ControlsAlgorithm algorithm;
     algorithm.SetState(1, 500.0);

@@ -118,12 +118,15 @@ inline bool Click(cALGORITHM& algorithm, KCGUIControl& control, double x, double
     return isHandled;
 }
 
-inline void Drag(cALGORITHM& algorithm, KCGUIControl& control, double dx, double dy) {
+inline void Drag(cALGORITHM& algorithm, KCGUIControl& control, double dx, double dy, KUModifiers keys = {}) {
     KURect<double> redraw;
     const KUPoint<double> from = control.GetBounds().GetCentre();
-    ASSERT_TRUE(Press(algorithm, control, At(from.x, from.y)));
+    KCEventData press = At(from.x, from.y);
+    press.modifiers = keys;
+    ASSERT_TRUE(Press(algorithm, control, press));
     KCEventData event = At(from.x + dx, from.y - dy);
     event.dragStart = from;
+    event.modifiers = keys;
     Execute(algorithm, control.MouseDrag(event, dx, dy, redraw));
     Lift(algorithm, control, event);
 }
