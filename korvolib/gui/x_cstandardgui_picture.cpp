@@ -15,6 +15,11 @@ namespace {
 
 constexpr double kFrameRoom = 2.0; // a drawable's frame is drawn on its edge, half of it outside
 
+// What is left of other drawing does not reach into the picture.
+void ResetSettings(kvGS::KCGraphicStreamBinaryWriter& writer) noexcept {
+    writer.SetAntialias(true).SetXorMode(false).SetStrokeWidth(1).SetStrokePattern(0xFFFF).SetSegment(0);
+}
+
 kvGS::SGSRGBAColor ToStream(const KUColor& color) noexcept { return kvGS::KCRGBAColorToSGSRGBAColor(color); }
 
 // Whole pixels round the rectangle.
@@ -97,6 +102,7 @@ int32_t CStandardGUI_X::DrawAll(Writer& writer) {
         Arrange();
     {
         const kvGS::KCStGSStreamStructWriter stream(writer, DescribePicture(true));
+        ResetSettings(writer);
         RecordAll(writer);
     }
     for (const sPLACE& place : m_controls)
@@ -117,6 +123,7 @@ int32_t CStandardGUI_X::DrawDirty(Writer& writer) {
         return DrawAll(writer);
     {
         const kvGS::KCStGSStreamStructWriter stream(writer, DescribePicture(false));
+        ResetSettings(writer);
         for (const uint32_t number : m_dirty)
             RecordAround(writer, m_controls[number]);
     }
