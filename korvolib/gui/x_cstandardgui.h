@@ -222,7 +222,7 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     void RecordAll(Writer& writer) const;
     void RecordAround(Writer& writer, const sPLACE& place) const;
     void RecordDrawable(Writer& writer, const CDrawable& drawable) const;
-    void RecordControl(Writer& writer, const KCGUIControl& control) const;
+    void RecordControl(Writer& writer, const sPLACE& place) const;
     void RecordCarried(Writer& writer) const;
     static bool HasMoved(const sPLACE& place);
     static bool IsTopmost(const KCGUIControl& control);

@@ -144,7 +144,7 @@ void CStandardGUI_X::RecordAll(Writer& writer) const {
     for (const std::unique_ptr<CDrawable>& drawable : m_drawables)
         RecordDrawable(writer, *drawable);
     for (const uint32_t number : m_order)
-        RecordControl(writer, *m_controls[number].control);
+        RecordControl(writer, m_controls[number]);
     RecordCarried(writer);
 }
 
@@ -162,7 +162,7 @@ void CStandardGUI_X::RecordAround(Writer& writer, const sPLACE& place) const {
         if (&m_controls[number] == &place) // the clip is its own
             place.control->Draw(writer);
         else
-            RecordControl(writer, *m_controls[number].control);
+            RecordControl(writer, m_controls[number]);
 }
 
 void CStandardGUI_X::RecordDrawable(Writer& writer, const CDrawable& drawable) const {
@@ -170,11 +170,11 @@ void CStandardGUI_X::RecordDrawable(Writer& writer, const CDrawable& drawable) c
     drawable.GetDrawInstructions(writer, m_theme);
 }
 
-void CStandardGUI_X::RecordControl(Writer& writer, const KCGUIControl& control) const {
-    if (!control.IsVisible())
+void CStandardGUI_X::RecordControl(Writer& writer, const sPLACE& place) const {
+    if (!place.control->IsVisible())
         return;
-    const KCClippedFrame frame(writer, DrawnRect(control));
-    control.Draw(writer);
+    const KCClippedFrame frame(writer, place.rect);
+    place.control->Draw(writer);
 }
 
 // What a drag-and-drop carries, over everything.

@@ -4,6 +4,7 @@
 #include <korvolib/graphicstream/converters.h>
 
 #include <algorithm>
+#include <array>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -41,17 +42,28 @@ uint32_t AlignmentCode(KETextAlign align) noexcept {
 bool IsContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0u) == 0x80u; }
 
 // Upper bounds by kind, in ems. A character outside of ASCII counts as one em; its further bytes as nothing.
-double WidthOf(char c) noexcept {
-    if (IsContinuation(c))
+constexpr double WidthOfKind(unsigned char c) noexcept {
+    if ((c & 0xC0u) == 0x80u)
         return 0.0;
-    if (std::string_view(" !'(),-./:;IJ[]\\fijlrt|").find(c) != std::string_view::npos)
+    if (std::string_view(" !'(),-./:;IJ[]\\fijlrt|").find(static_cast<char>(c)) != std::string_view::npos)
         return 0.42;
-    if (std::string_view("%mW@").find(c) != std::string_view::npos || static_cast<unsigned char>(c) >= 0x80u)
+    if (c >= 0x80u || std::string_view("%mW@").find(static_cast<char>(c)) != std::string_view::npos)
         return 1.0;
-    if ((c >= 'A' && c <= 'Z') || std::string_view("w&#+<=>^~").find(c) != std::string_view::npos)
+    if ((c >= 'A' && c <= 'Z') ||
+        std::string_view("w&#+<=>^~").find(static_cast<char>(c)) != std::string_view::npos)
         return 0.87;
     return 0.64;
 }
+
+// Looked up, since every text that is drawn is measured.
+constexpr std::array<double, 256> kWidths = [] {
+    std::array<double, 256> widths{};
+    for (size_t c = 0; c < widths.size(); ++c)
+        widths[c] = WidthOfKind(static_cast<unsigned char>(c));
+    return widths;
+}();
+
+double WidthOf(char c) noexcept { return kWidths[static_cast<unsigned char>(c)]; }
 
 constexpr double kBoldFactor = 1.2;
 
