@@ -1,19 +1,31 @@
 #include <plugins/channel_strip/channel_strip.h>
+#include <plugins/channel_strip/channel_strip_controls.h>
 #include <plugins/channel_strip/channel_strip_window.h>
 
 #include <korvolib/alg/meters.h>
 
 #include <algorithm>
 #include <numbers>
+#include <string>
 
 namespace kvStrip {
 
 using kvKorvo::kFullTravel;
 using kvKorvo::sPROCESS_MEMORY_SIZE;
 
+namespace {
+
+// The window and the host's controls are one document.
+std::string GuiXML() {
+    std::string xml = WindowXML();
+    return xml.insert(xml.rfind("</GUI>"), ControlsXML());
+}
+
+} // namespace
+
 KCChannelStrip::KCChannelStrip() {
     SetDescription("ParamsXML", ParamsXML());
-    SetDescription("GUIXML", WindowXML());
+    SetDescription("GUIXML", GuiXML().c_str());
 }
 
 int32_t KCChannelStrip::PrepareScaleFunctionsMapSelf(ScaleFunctionsMap& map) {
