@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "text.h"
+
 namespace kvKorvoV12_9_0_320::kvHost {
 namespace {
 
@@ -52,6 +54,13 @@ std::vector<std::string> NearestNames(const std::vector<std::string>& names, std
     for (size_t i = 0; i < std::min(limit, candidates.size()); ++i)
         nearest.push_back(*candidates[i].name);
     return nearest;
+}
+
+std::string NearestText(const std::vector<std::string>& names, std::string_view wanted, const char* otherwise) {
+    std::vector<std::string> nearest = NearestNames(names, wanted);
+    for (std::string& near : nearest)
+        near = Quoted(near);
+    return nearest.empty() ? otherwise : std::string("; nearest: ").append(JoinedText(nearest, ", "));
 }
 
 } // namespace kvKorvoV12_9_0_320::kvHost

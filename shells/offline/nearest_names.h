@@ -18,4 +18,7 @@ size_t EditDistance(std::string_view from, std::string_view to);
 std::vector<std::string> NearestNames(const std::vector<std::string>& names, std::string_view wanted,
                                       size_t limit = 3);
 
+/// `; nearest: "Gain", "Pan"`, the end of a complaint about a name; `otherwise` where no name is near.
+std::string NearestText(const std::vector<std::string>& names, std::string_view wanted, const char* otherwise = "");
+
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -17,6 +17,7 @@
 #include <korvolib/alg/plugin_setup.h>
 #include <korvolib/version.h>
 
+#include "session_automation.h"
 #include "session_hand.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -29,6 +30,14 @@ struct sSET_PARAM {
     double number = 0.0;    // a state (0 … 1000) or a real-world value
     std::string text;       // what somebody would type into the parameter
     bool isGesture = false; // by a user's hand: what is linked moves too
+};
+
+/// `control:`: moves an automation control, and those that follow it, as a host's automation does.
+struct sSET_CONTROL {
+    std::string controlName;
+    sSET_PARAM::KEBy by = sSET_PARAM::KEBy::State;
+    double number = 0.0; // as of sSET_PARAM; for the control's lead parameter
+    std::string text;
 };
 
 /// `step:`: moves a parameter by whole steps, each to the next visibly different value.
@@ -64,7 +73,8 @@ inline constexpr std::array<const char*, 3> kHistoryWords = {"undo", "redo", "ma
 
 using SessionAction = std::variant<sSET_PARAM, sSTEP_PARAM, sENABLE_LINK, sSWITCH_SETUP, sCOPY_SETUP, sUSE_HISTORY,
                                    sUSE_MOUSE, sTURN_WHEEL, sPRESS_KEY, sTYPE_TEXT, sCHOOSE_FROM_MENU, sTOUCH,
-                                   sHOVER>; // the last seven by a hand, at the window (session_hand.h)
+                                   sHOVER, // seven by a hand (session_hand.h)
+                                   sSET_CONTROL, sHOLD_CONTROL, sSEND_MIDI, sLEARN_CONTROL, sDETACH_CONTROL>;
 
 struct sSESSION_EVENT {
     double atSeconds = 0.0; // 0 … kLongestSession

@@ -1,5 +1,6 @@
-// A choice among kinds, as a session has it twice: an event is of one kind, and what a mouse or a finger does is of
-// one kind too. The key that makes it so, the keys that may stand beside it, the function that reads it.
+// A choice among kinds, as a session has it more than once: an event is of one kind, and what a mouse or a finger
+// does and what a MIDI message says are of one kind too. The key that makes it so, the keys that may stand beside
+// it, the function that reads it.
 #pragma once
 
 #include <string>
@@ -33,6 +34,13 @@ SessionAction ReadType(const KCEventFields& fields);
 SessionAction ReadMenu(const KCEventFields& fields);
 SessionAction ReadTouch(const KCEventFields& fields);
 SessionAction ReadHover(const KCEventFields& fields);
+
+// What a host's automation and MIDI do (session_automation_reader.cpp): the same.
+SessionAction ReadTouchControl(const KCEventFields& fields);
+SessionAction ReadReleaseControl(const KCEventFields& fields);
+SessionAction ReadMidi(const KCEventFields& fields);
+SessionAction ReadLearn(const KCEventFields& fields);
+SessionAction ReadDetach(const KCEventFields& fields);
 
 /// Complains about a drag, a release and the like of what is not down, and a press of what is
 /// (session_hand_order.cpp).

@@ -22,19 +22,12 @@ bool IsGesture(const SessionAction& action) {
         action);
 }
 
-// "; nearest: …", or another hint where no name is near.
-std::string NearestText(const std::vector<std::string>& names, const std::string& wanted, const char* otherwise) {
-    std::vector<std::string> nearest = NearestNames(names, wanted);
-    for (std::string& near : nearest)
-        near = Quoted(near);
-    return nearest.empty() ? otherwise : std::string("; nearest: ").append(JoinedText(nearest, ", "));
-}
-
 } // namespace
 
 KCSessionPlayer::KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz,
                                  uint16_t undoLevel)
-    : m_algorithm(algorithm), m_session(session), m_sampleRateHz(sampleRateHz), m_history(algorithm, undoLevel) {
+    : m_algorithm(algorithm), m_session(session), m_sampleRateHz(sampleRateHz), m_automation(algorithm),
+      m_history(algorithm, undoLevel) {
     const KCAlgorithmLock lock(m_algorithm);
     for (const sSESSION_EVENT& event : session.events) {
         OpenWindowFor(event);
@@ -68,7 +61,7 @@ void KCSessionPlayer::PlayAll() {
 void KCSessionPlayer::PlayNext(int64_t frame) {
     const sBOUND_EVENT& bound = m_events[m_played.size()];
     const KCAlgorithmLock lock(m_algorithm);
-    const std::vector<double> before = ActiveValues();
+    const KCParameterChanges changes(m_algorithm);
     sPLAYED_EVENT played;
     played.atSeconds = bound.event->atSeconds;
     played.playedSeconds = static_cast<double>(frame) / m_sampleRateHz;
@@ -78,10 +71,10 @@ void KCSessionPlayer::PlayNext(int64_t frame) {
         std::visit([&](const auto& action) { return Play(bound, action, played); }, bound.event->action);
     m_algorithm.ExecuteAndDisposeBuffer(chain);
     // A gesture that has moved nothing is no step, and what can be redone stays.
-    if (IsGesture(bound.event->action) && ActiveValues() != before)
+    if (IsGesture(bound.event->action) && changes.HasAny())
         played.history = m_history.InsertStep(bound.param);
     if (played.effect.empty())
-        played.effect = EffectSince(before);
+        played.effect = changes.ToText();
     played.state = m_history.GetStateText();
     m_played.push_back(std::move(played));
 }
@@ -89,11 +82,13 @@ void KCSessionPlayer::PlayNext(int64_t frame) {
 // ---- Finding what an event means --------------------------------------------------------------------------------
 
 KCSessionPlayer::sBOUND_EVENT KCSessionPlayer::Bind(const sSESSION_EVENT& event) const {
-    sBOUND_EVENT bound{&event, std::llround(event.atSeconds * m_sampleRateHz), kNoParam, 0.0, 0};
+    sBOUND_EVENT bound{&event, std::llround(event.atSeconds * m_sampleRateHz)};
     std::visit(
         [&](const auto& action) {
             if constexpr (requires { action.param; })
                 bound.param = FindParam(event, action.param);
+            if constexpr (requires { action.controlName; })
+                bound.control = FindAutomationControl(event, action.controlName);
             if constexpr (requires { action.place; })
                 if (!action.place.control.empty())
                     FindControl(event, action.place.control);
@@ -106,9 +101,29 @@ KCSessionPlayer::sBOUND_EVENT KCSessionPlayer::Bind(const sSESSION_EVENT& event)
         bound.choice = ChoiceOf(event, *menu);
     if (const auto* const set = std::get_if<sSET_PARAM>(&event.action))
         bound.state = std::clamp(StateOf(event, *set, bound.param), 0.0, 1000.0);
+    BindAutomation(event, bound);
     if (const auto* const link = std::get_if<sENABLE_LINK>(&event.action))
         RefuseUnknownGroup(event, *link);
     return bound;
+}
+
+size_t KCSessionPlayer::FindAutomationControl(const sSESSION_EVENT& event, const std::string& name) const {
+    try {
+        return m_automation.FindControl(name);
+    } catch (const KCHostFailure& failure) {
+        Fail(event, failure.what());
+    }
+}
+
+void KCSessionPlayer::BindAutomation(const sSESSION_EVENT& event, sBOUND_EVENT& bound) const {
+    try {
+        if (const auto* const set = std::get_if<sSET_CONTROL>(&event.action))
+            bound.state = m_automation.StateOf(bound.control, *set);
+        if (std::holds_alternative<sLEARN_CONTROL>(event.action))
+            m_automation.RefuseDeafControl(bound.control);
+    } catch (const KCHostFailure& failure) {
+        Fail(event, failure.what());
+    }
 }
 
 void KCSessionPlayer::RefuseUnknownGroup(const sSESSION_EVENT& event, const sENABLE_LINK& link) const {
@@ -273,55 +288,56 @@ KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const
     return nullptr;
 }
 
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sSET_CONTROL&,
+                                                      sPLAYED_EVENT&) {
+    return m_automation.SetValue(event.control, event.state);
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sHOLD_CONTROL& hold,
+                                                      sPLAYED_EVENT& played) {
+    played.effect = m_automation.Hold(event.control, hold.isHeld);
+    return nullptr;
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const sSEND_MIDI& midi,
+                                                      sPLAYED_EVENT& played) {
+    played.effect = m_automation.ReceiveMidi(midi.event);
+    return nullptr;
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sLEARN_CONTROL&,
+                                                      sPLAYED_EVENT& played) {
+    played.effect = m_automation.Learn(event.control);
+    return nullptr;
+}
+
+KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sDETACH_CONTROL&,
+                                                      sPLAYED_EVENT& played) {
+    played.effect = m_automation.Detach(event.control);
+    return nullptr;
+}
+
 // The window executes its own chains, and inserts its own steps.
 template <ActionByHand Action>
 KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT&, const Action& action,
                                                       sPLAYED_EVENT& played) {
-    const std::vector<double> before = ActiveValues();
-    TellOfHand(m_window->Play(action), before, played);
+    const KCParameterChanges changes(m_algorithm);
+    TellOfHand(m_window->Play(action), changes, played);
     return nullptr;
 }
 
 KCSessionPlayer::BUFFER_HEADER* KCSessionPlayer::Play(const sBOUND_EVENT& event, const sCHOOSE_FROM_MENU& menu,
                                                       sPLAYED_EVENT& played) {
-    const std::vector<double> before = ActiveValues();
+    const KCParameterChanges changes(m_algorithm);
     const KCGUIControl& control = FindControl(*event.event, menu.control);
-    TellOfHand(m_window->ChooseFromMenu(control, event.choice), before, played);
+    TellOfHand(m_window->ChooseFromMenu(control, event.choice), changes, played);
     return nullptr;
 }
 
-void KCSessionPlayer::TellOfHand(bool isTaken, const std::vector<double>& before, sPLAYED_EVENT& played) {
+void KCSessionPlayer::TellOfHand(bool isTaken, const KCParameterChanges& changes, sPLAYED_EVENT& played) {
     played.history = m_window->TakeSteps();
-    if (!isTaken && ActiveValues() == before)
+    if (!isTaken && !changes.HasAny())
         played.effect = "no control took it";
-}
-
-// ---- Telling what it did ----------------------------------------------------------------------------------------
-
-std::vector<double> KCSessionPlayer::ActiveValues() const {
-    std::vector<double> values(m_algorithm.GetNumParams());
-    for (size_t index = 0; index < values.size(); ++index)
-        values[index] = m_algorithm.GetParamRealWorld(index);
-    return values;
-}
-
-std::string KCSessionPlayer::EffectSince(const std::vector<double>& before) const {
-    constexpr size_t kMostNamed = 3;
-    std::vector<std::string> changes;
-    for (size_t index = 0; index < before.size(); ++index) {
-        const double now = m_algorithm.GetParamRealWorld(index);
-        const sCONTROL_PARAM& record = *m_algorithm.GetParam(index);
-        if (now == before[index])
-            continue;
-        std::string change = record.GetName().c_str();
-        change += ' ';
-        changes.push_back(change + ValueText(record, before[index]) + " → " + ValueText(record, now));
-    }
-    if (changes.empty())
-        return "nothing changed";
-    if (changes.size() <= kMostNamed)
-        return JoinedText(changes, ", ");
-    return std::to_string(changes.size()) + " parameters changed";
 }
 
 } // namespace kvKorvoV12_9_0_320::kvHost

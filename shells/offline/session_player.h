@@ -20,6 +20,8 @@
 #include <korvolib/alg/algorithm.h>
 
 #include "history.h"
+#include "host_automation.h"
+#include "parameter_changes.h"
 #include "session.h"
 #include "session_window.h"
 
@@ -59,6 +61,8 @@ class KCSessionPlayer {
     /// Null unless the session or OpenWindow has made it.
     KCSessionWindow* GetWindow() const { return m_window.get(); }
 
+    /// The controls, connected to this host.
+    const KCHostAutomation& GetAutomation() const { return m_automation; }
     const KCHistory& GetHistory() const { return m_history; }
     const std::vector<sPLAYED_EVENT>& GetPlayed() const { return m_played; }
     size_t GetNumLeft() const { return m_events.size() - m_played.size(); }
@@ -69,12 +73,15 @@ class KCSessionPlayer {
     struct sBOUND_EVENT {
         const sSESSION_EVENT* event = nullptr;
         int64_t frame = 0;
-        size_t param = kNoParam; // of the events that name one
-        double state = 0.0;      // where a 'set' moves it
-        int32_t choice = 0;      // of a menu
+        size_t param = kNoParam;     // of the events that name one
+        double state = 0.0;          // where a 'set' or a 'control' moves it
+        int32_t choice = 0;          // of a menu
+        size_t control = kNoControl; // of automation
     };
 
     sBOUND_EVENT Bind(const sSESSION_EVENT& event) const;
+    size_t FindAutomationControl(const sSESSION_EVENT& event, const std::string& name) const;
+    void BindAutomation(const sSESSION_EVENT& event, sBOUND_EVENT& bound) const;
     void RefuseUnknownGroup(const sSESSION_EVENT& event, const sENABLE_LINK& link) const;
     size_t FindParam(const sSESSION_EVENT& event, const std::string& name) const;
     void OpenWindowFor(const sSESSION_EVENT& event);
@@ -95,17 +102,20 @@ class KCSessionPlayer {
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCOPY_SETUP& copy, sPLAYED_EVENT& played);
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sUSE_HISTORY& use, sPLAYED_EVENT& played);
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sCHOOSE_FROM_MENU& menu, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSET_CONTROL& set, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sHOLD_CONTROL& hold, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sSEND_MIDI& midi, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sLEARN_CONTROL& learn, sPLAYED_EVENT& played);
+    BUFFER_HEADER* Play(const sBOUND_EVENT& event, const sDETACH_CONTROL& detach, sPLAYED_EVENT& played);
     template <ActionByHand Action>
     BUFFER_HEADER* Play(const sBOUND_EVENT& event, const Action& action, sPLAYED_EVENT& played);
-    void TellOfHand(bool isTaken, const std::vector<double>& before, sPLAYED_EVENT& played);
+    void TellOfHand(bool isTaken, const KCParameterChanges& changes, sPLAYED_EVENT& played);
     BUFFER_HEADER* Move(size_t param, double state, bool isGesture);
-
-    std::vector<double> ActiveValues() const;
-    std::string EffectSince(const std::vector<double>& before) const;
 
     cALGORITHM& m_algorithm;
     const sSESSION& m_session;
     double m_sampleRateHz;
+    KCHostAutomation m_automation;
     KCHistory m_history;
     std::unique_ptr<KCSessionWindow> m_window; // null until it is needed; goes before the history
     std::vector<sBOUND_EVENT> m_events;

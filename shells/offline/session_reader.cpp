@@ -15,12 +15,11 @@
 namespace kvKorvoV12_9_0_320::kvHost {
 namespace {
 
-SessionAction ReadSet(const KCEventFields& fields) {
-    sSET_PARAM set;
-    set.param = fields.Text("set");
-    set.isGesture = fields.Flag("gesture");
+// Where a `set` or a `control` moves to.
+template <class Set>
+void ReadGoal(const KCEventFields& fields, std::string_view key, Set& set) {
     if (fields.Has("state") + fields.Has("value") + fields.Has("text") != 1)
-        fields.Fail("set", "'set' needs one of 'state', 'value' and 'text'");
+        fields.Fail(key, InApostrophes(key) + " needs one of 'state', 'value' and 'text'");
     if (fields.Has("state")) {
         set.by = sSET_PARAM::KEBy::State;
         set.number = fields.Number("state", 0.0, 1000.0);
@@ -31,6 +30,20 @@ SessionAction ReadSet(const KCEventFields& fields) {
         set.by = sSET_PARAM::KEBy::Text;
         set.text = fields.Text("text");
     }
+}
+
+SessionAction ReadSet(const KCEventFields& fields) {
+    sSET_PARAM set;
+    set.param = fields.Text("set");
+    set.isGesture = fields.Flag("gesture");
+    ReadGoal(fields, "set", set);
+    return set;
+}
+
+SessionAction ReadControl(const KCEventFields& fields) {
+    sSET_CONTROL set;
+    set.controlName = fields.Text("control");
+    ReadGoal(fields, "control", set);
     return set;
 }
 
@@ -78,7 +91,13 @@ const sSESSION_KINDS& EventKinds() {
                                           {"type", {}, ReadType},
                                           {"menu", {}, ReadMenu},
                                           {"touch", {}, ReadTouch},
-                                          {"hover", {}, ReadHover}}};
+                                          {"hover", {}, ReadHover},
+                                          {"control", {"state", "value", "text"}, ReadControl},
+                                          {"touch control", {}, ReadTouchControl},
+                                          {"release control", {}, ReadReleaseControl},
+                                          {"midi", {}, ReadMidi},
+                                          {"learn", {}, ReadLearn},
+                                          {"detach", {}, ReadDetach}}};
     return kinds;
 }
 

@@ -132,10 +132,14 @@ const sMALFORMED kMalformed[] = {
     {"- {[a]: 1}", "s.yaml:1: a key is one word"},
     {"- at: 1\n  at: 2\n  setup: A", "s.yaml:2: the key \"at\" stands here twice"},
     {"- at: 0\n  set: Gain\n  vlaue: 3", "s.yaml:3: unknown key \"vlaue\"; did you mean 'value'?"},
-    {"- {at: 0, q: 3}", "s.yaml:1: unknown key \"q\"; known are at, set, state, value, text, gesture, step, by, "
-                        "link, enabled, setup, copy setup, do, mouse, wheel, key, type, menu, touch and hover"},
-    {"- at: 1", "s.yaml:1: the event says nothing to do: it needs one of 'set', 'step', 'link', 'setup', 'copy "
-                "setup', 'do', 'mouse', 'wheel', 'key', 'type', 'menu', 'touch' and 'hover'"},
+    {"- {at: 0, q: 3}",
+     "s.yaml:1: unknown key \"q\"; known are at, set, state, value, text, gesture, step, by, "
+     "link, enabled, setup, copy setup, do, mouse, wheel, key, type, menu, touch, hover, control, "
+     "touch control, release control, midi, learn and detach"},
+    {"- at: 1",
+     "s.yaml:1: the event says nothing to do: it needs one of 'set', 'step', 'link', 'setup', 'copy "
+     "setup', 'do', 'mouse', 'wheel', 'key', 'type', 'menu', 'touch', 'hover', 'control', 'touch control', "
+     "'release control', 'midi', 'learn' and 'detach'"},
     {"- {at: 0, set: Gain, value: 3, setup: A}", "s.yaml:1: the event does one thing, not both 'set' and 'setup'"},
     {"- {at: 0, set: Gain, by: 3}", "s.yaml:1: 'by' does not belong to a 'set' event, which takes at, set, state, "
                                     "value, text and gesture"},

@@ -1,5 +1,6 @@
 #include "session.h"
 
+#include "midi_text.h"
 #include "text.h"
 
 namespace kvKorvoV12_9_0_320::kvHost {
@@ -7,11 +8,15 @@ namespace {
 
 struct sActionText {
     std::string operator()(const sSET_PARAM& set) const {
-        const char* const unit = set.by == sSET_PARAM::KEBy::State ? " to state " : " to ";
-        const bool isText = set.by == sSET_PARAM::KEBy::Text;
-        return "set " + set.param + unit + (isText ? Quoted(set.text) : NumberText(set.number)) +
-               Hand(set.isGesture);
+        return "set " + set.param + Goal(set) + Hand(set.isGesture);
     }
+    std::string operator()(const sSET_CONTROL& set) const { return "control " + set.controlName + Goal(set); }
+    std::string operator()(const sHOLD_CONTROL& hold) const {
+        return (hold.isHeld ? "touch control " : "release control ") + hold.controlName;
+    }
+    std::string operator()(const sSEND_MIDI& midi) const { return "MIDI " + MidiEventText(midi.event); }
+    std::string operator()(const sLEARN_CONTROL& learn) const { return "learn " + learn.controlName; }
+    std::string operator()(const sDETACH_CONTROL& detach) const { return "detach " + detach.controlName; }
     std::string operator()(const sSTEP_PARAM& step) const {
         return "step " + step.param + " by " + (step.by > 0 ? "+" : "") + std::to_string(step.by) +
                Hand(step.isGesture);
@@ -48,6 +53,11 @@ struct sActionText {
         return "hover" + Place(" over ", hover.place) + With(hover.modifiers);
     }
 
+    template <class Set>
+    static std::string Goal(const Set& set) {
+        const char* const unit = set.by == sSET_PARAM::KEBy::State ? " to state " : " to ";
+        return unit + (set.by == sSET_PARAM::KEBy::Text ? Quoted(set.text) : NumberText(set.number));
+    }
     static std::string Mouse(const sUSE_MOUSE& mouse) {
         switch (mouse.what) {
         case sUSE_MOUSE::KEWhat::Press:
