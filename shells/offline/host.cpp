@@ -9,6 +9,7 @@
 
 #include <korvolib/utilities/fm/path.h>
 
+#include "control_table.h"
 #include "draw.h"
 #include "failure.h"
 #include "hosted_plugin.h"
@@ -27,16 +28,23 @@ constexpr const char* kPluginHelp = "A plug-in's shared object, or the name of o
 struct sLIST_OPTIONS {
     std::string plugin;
     int timeoutSeconds = 10;
+    bool hasControls = false;
 };
 
 void List(const sLIST_OPTIONS& options) {
     // A plug-in beside the program goes before a folder that happens to have its name here.
     const std::string path = FindPlugin(options.plugin);
     if (FM::KCStPath(path.c_str()).IsFolder()) {
+        if (options.hasControls)
+            throw KCHostFailure(path + ": a folder, and --controls takes one plug-in");
         std::fputs(ScanTable(path, ScanPlugins(path, options.timeoutSeconds)).c_str(), stdout);
         return;
     }
     const KCHostedPlugin hosted(options.plugin);
+    if (options.hasControls) {
+        std::fputs(ControlTable(hosted.GetAlgorithm()).c_str(), stdout);
+        return;
+    }
     std::fputs(ParameterTable(hosted.GetAlgorithm()).c_str(), stdout);
     std::fputs(LinkGroupTable(hosted.GetAlgorithm()).c_str(), stdout);
 }
@@ -49,6 +57,7 @@ void AddListCommand(CLI::App& app, sLIST_OPTIONS& options) {
     list->add_option("--timeout", options.timeoutSeconds, "Seconds that each plug-in of a folder may take")
         ->check(CLI::Range(1, 3600))
         ->capture_default_str();
+    list->add_flag("--controls", options.hasControls, "Print what a host automates, and what MIDI moves it");
     list->callback([&options] { List(options); });
 }
 
@@ -72,6 +81,14 @@ void AddRenderCommand(CLI::App& app, sRENDER_OPTIONS& options) {
         ->allow_extra_args(false);
     render->add_option("--film", options.film,
                        "Write a picture of the plug-in's window into this folder whenever something in it changes");
+    CLI::Option* const midi =
+        render->add_option("--midi", options.midi, "A MIDI file to play into the plug-in's controls meanwhile");
+    render
+        ->add_option("--learn", options.learn,
+                     "The control that the first controller of the MIDI file is attached to")
+        ->needs(midi);
+    render->add_option("--callbacks", options.callbacks,
+                       "Write what the plug-in tells its host, touches, values and releases, to this text file");
     render->callback([&options] { Render(options); });
 }
 

@@ -8,12 +8,15 @@
 #include <vector>
 
 #include "audio_buffers.h"
+#include "callback_log.h"
+#include "control_table.h"
 #include "failure.h"
 #include "film.h"
 #include "hosted_plugin.h"
 #include "interruption.h"
 #include "level_meter.h"
 #include "level_plot.h"
+#include "midi_player.h"
 #include "parameter_text.h"
 #include "picture_file.h"
 #include "progress_bar.h"
@@ -36,12 +39,21 @@ std::string EventTable(const std::vector<sPLAYED_EVENT>& events) {
     return table.ToText();
 }
 
+std::string MidiTable(const std::vector<sPLAYED_MIDI>& events) {
+    KCTextTable table({{"at s", true}, {"played at s", true}, {"event"}, {"effect"}});
+    for (const sPLAYED_MIDI& event : events)
+        table.AddRow({FixedText(event.atSeconds, 4), FixedText(event.playedSeconds, 4), event.what, event.effect});
+    return table.ToText();
+}
+
 class KCRendering {
   public:
     explicit KCRendering(const sRENDER_OPTIONS& options)
         : m_options(options), m_plugin(options.plugin), m_in(options.in),
           m_session(options.session.empty() ? sSESSION() : ReadSessionFile(options.session)),
+          m_midiEvents(options.midi.empty() ? std::vector<sTIMED_MIDI_EVENT>() : ReadMidiFile(options.midi)),
           m_player(m_plugin.GetAlgorithm(), m_session, m_in.GetFormat().sampleRateHz, options.undoLevel),
+          m_midi(m_plugin.GetAlgorithm(), m_player.GetAutomation(), m_midiEvents, m_in.GetFormat().sampleRateHz),
           m_outFile(options.out), m_out(m_outFile, m_in.GetFormat()),
           m_buffers(m_in.GetFormat().numChannels, options.blockFrames),
           m_before(m_in.GetFormat().numChannels, WindowFrames()),
@@ -52,6 +64,10 @@ class KCRendering {
             m_plots.emplace_back(plot);
         if (!options.film.empty())
             StartFilm();
+        if (!options.learn.empty())
+            StartLearning();
+        if (!options.callbacks.empty())
+            StartLog();
     }
 
     void Run() {
@@ -60,6 +76,8 @@ class KCRendering {
         m_out.Finish();
         if (m_table)
             m_table->Write(Table());
+        if (m_log)
+            m_logFile->Write(m_log->ToText());
         WritePlots();
         KeepAll();
     }
@@ -70,10 +88,16 @@ class KCRendering {
                               std::to_string(m_in.GetFormat().sampleRateHz) + " Hz, " +
                               (m_in.GetFormat().numChannels == 1 ? "mono, " : "stereo, ") +
                               std::to_string(m_player.GetPlayed().size()) + " events";
+        if (!m_options.midi.empty())
+            summary += ", " + std::to_string(m_midi.GetPlayed().size()) + " MIDI events";
+        if (m_log)
+            summary += ", " + std::to_string(m_log->GetNumCallbacks()) + " callbacks";
         if (m_film)
             summary += ", " + std::to_string(m_film->GetNumPictures()) + " pictures";
         if (m_player.GetNumLeft() > 0)
             summary += ", " + std::to_string(m_player.GetNumLeft()) + " after the end of the sound";
+        if (m_midi.GetNumLeft() > 0)
+            summary += ", " + std::to_string(m_midi.GetNumLeft()) + " of MIDI after the end of the sound";
         if (m_plugin.GetRunner().GetNumRepairedPieces() > 0)
             summary += ", samples that are not finite replaced in " +
                        std::to_string(m_plugin.GetRunner().GetNumRepairedPieces()) + " blocks";
@@ -88,6 +112,23 @@ class KCRendering {
             throw KCHostFailure(m_options.plugin + ": " + failure.what());
         }
         m_film.emplace(m_options.film);
+    }
+
+    void StartLearning() {
+        const KCAlgorithmLock lock(m_plugin.GetAlgorithm());
+        const KCHostAutomation& automation = m_player.GetAutomation();
+        try {
+            const size_t control = automation.FindControl(m_options.learn);
+            automation.RefuseDeafControl(control);
+            automation.Learn(control);
+        } catch (const KCHostFailure& failure) {
+            throw KCHostFailure(m_options.plugin + ": " + failure.what());
+        }
+    }
+
+    void StartLog() {
+        m_logFile.emplace(m_options.callbacks);
+        m_log.emplace(m_plugin.GetRunner());
     }
 
     // The first picture shows the window as it opens.
@@ -114,15 +155,23 @@ class KCRendering {
         KCProgressBar progress(total);
         for (int64_t frame = 0; frame < total; frame += m_options.blockFrames) {
             ThrowIfInterrupted();
-            m_player.PlayUpTo(frame);
+            const int64_t numFrames = std::min<int64_t>(m_options.blockFrames, total - frame);
+            Play(frame, numFrames);
             DeliverChanges();
             Film();
-            const int64_t numFrames = std::min<int64_t>(m_options.blockFrames, total - frame);
             ReadBlock(numFrames);
             m_buffers.Process(m_plugin.GetRunner(), numFrames);
             WriteBlock(std::clamp<int64_t>(latency - frame, 0, numFrames), numFrames);
             progress.Show(frame + numFrames);
         }
+    }
+
+    // What the session has had to do by now goes before what MIDI brings in the block that begins.
+    void Play(int64_t frame, int64_t numFrames) {
+        if (m_log)
+            m_log->SetTime(static_cast<double>(frame) / m_in.GetFormat().sampleRateHz);
+        m_player.PlayUpTo(frame);
+        m_midi.PlayBlock(frame, numFrames);
     }
 
     // However many events fall on one block, all of them reach it: between two blocks the audio side is ours, and
@@ -157,7 +206,13 @@ class KCRendering {
         return std::string(m_plugin.GetName()) +
                ", parameters after the render (active setup: " + (isA ? "A" : "B") + ")\n\n" +
                ParameterTableWithValues(m_plugin.GetAlgorithm()) + LinkGroupTable(m_plugin.GetAlgorithm()) +
-               "\nEvents\n\n" + EventTable(m_player.GetPlayed()) + "\n" + m_player.GetHistory().ToText();
+               "\nEvents\n\n" + EventTable(m_player.GetPlayed()) + "\n" + m_player.GetHistory().ToText() +
+               (m_options.midi.empty() ? "" : MidiPart());
+    }
+
+    std::string MidiPart() const {
+        return "\nMIDI\n\n" + MidiTable(m_midi.GetPlayed()) + "\nControls after the render\n\n" +
+               ControlTable(m_plugin.GetAlgorithm());
     }
 
     void WritePlots() {
@@ -183,6 +238,8 @@ class KCRendering {
             m_table->Keep();
         for (KCOutputFile& plot : m_plots)
             plot.Keep();
+        if (m_logFile)
+            m_logFile->Keep();
         if (m_film)
             m_film->Keep();
         m_outFile.Keep();
@@ -192,7 +249,9 @@ class KCRendering {
     KCHostedPlugin m_plugin;
     KCSoundReader m_in;
     sSESSION m_session;
+    std::vector<sTIMED_MIDI_EVENT> m_midiEvents;
     KCSessionPlayer m_player;
+    KCMidiPlayer m_midi;
     KCOutputFile m_outFile;
     KCSoundWriter m_out;
     KCAudioBuffers m_buffers;
@@ -201,12 +260,14 @@ class KCRendering {
     std::optional<KCOutputFile> m_table;
     std::deque<KCOutputFile> m_plots; // none of them can be moved
     std::optional<KCFilm> m_film;
+    std::optional<KCOutputFile> m_logFile;
+    std::optional<KCCallbackLog> m_log;
 };
 
 } // namespace
 
 void Render(const sRENDER_OPTIONS& options) {
-    std::vector<std::string> outputs = {options.out, options.table, options.film};
+    std::vector<std::string> outputs = {options.out, options.table, options.film, options.callbacks};
     outputs.insert(outputs.end(), options.plots.begin(), options.plots.end());
     RefuseSharedOutputs(outputs);
     for (const std::string& plot : options.plots)

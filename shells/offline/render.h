@@ -1,4 +1,4 @@
-// Renders a sound file through a plug-in while a session moves its parameters.
+// Renders a sound file through a plug-in while a session and a MIDI file move its parameters.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +17,9 @@ struct sRENDER_OPTIONS {
     std::string table;              // where the table of parameters and events goes; empty: nowhere
     std::vector<std::string> plots; // where the picture of the levels goes, each in the form that its ending says
     std::string film;               // the folder of the window's pictures; empty: no film
+    std::string midi;               // a MIDI file to play meanwhile; empty: none
+    std::string learn;              // the control that learns the file's first controller; empty: none
+    std::string callbacks;          // where the plug-in's callbacks go as text; empty: nowhere
     uint32_t blockFrames = 512;
     uint16_t undoLevel = 100; // how many gestures of the session can be undone
 };
