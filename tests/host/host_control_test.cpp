@@ -64,6 +64,13 @@ TEST_F(HostControl, ListsEveryControl) {
     EXPECT_EQ(Row(run.out, "28"), "no control 28");
 }
 
+TEST_F(HostControl, ListsTheControlsOfTheDocument) {
+    const sPROGRAM_RUN run = Host({"list", kTestPlugins + "documented_automation.so", "--controls"});
+    EXPECT_EQ(Row(run.out, "0"), "0 Gain Gain controller 7 any");
+    EXPECT_EQ(Row(run.out, "1"), "1 Trims Left Trim Right Trim -");
+    EXPECT_EQ(Row(run.out, "2"), "no control 2");
+}
+
 TEST_F(HostControl, ListsThatThereAreNone) {
     const sPROGRAM_RUN run = Host({"list", kTestPlugins + "readme_gain.so", "--controls"});
     EXPECT_EQ(run.status, 0);

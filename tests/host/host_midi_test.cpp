@@ -62,6 +62,21 @@ TEST_F(HostMidi, GivesTheSameBytesEachTime) {
     EXPECT_THAT(ReadBytes(Path("c.txt")), HasSubstr(" s  touch    Bell 2 Frequency\n"));
 }
 
+// A steady tone in place of the demo's recording: what the file and the session say is in the levels.
+TEST_F(HostMidi, TheSecondHalfOfTheDemoIsHeardAsItSays) {
+    WriteSine("in.wav", 4.5, 2);
+    const sPROGRAM_RUN run = Render(KORVO_DEMO_MIDI, {"--session", KORVO_DEMO_AUTOMATION, "--callbacks", "c.txt"});
+    EXPECT_EQ(run.status, 0) << run.error;
+    const sSOUND out = ReadSound(Path("out.wav"));
+    EXPECT_GT(Level(out, 0.0, 0.2), Level(out, 1.9, 2.1) + 20.0); // volume: 127 at the ends, 20 in the middle
+    EXPECT_GT(Level(out, 3.9, 4.0), Level(out, 1.9, 2.1) + 20.0);
+    const std::string table = ReadBytes(Path("t.txt"));
+    EXPECT_THAT(table, HasSubstr("Left Trim 0.0 → -2.0, Right Trim 0.0 → -2.0"));
+    EXPECT_THAT(table, HasSubstr("\"Input Gain\" hears it from now on"));
+    EXPECT_THAT(table, HasSubstr("note 60 on, velocity 100  Low Cut Off → On"));
+    EXPECT_THAT(ReadBytes(Path("c.txt")), Not(HasSubstr("Trim"))); // the host's own lanes do not come back
+}
+
 TEST_F(HostMidi, WithoutAnEventChangesNoSample) {
     WriteMidi("empty.mid", "");
     EXPECT_EQ(Render("empty.mid").status, 0);
