@@ -48,7 +48,8 @@ concept ActionByHand = std::same_as<Action, sCHOOSE_FROM_MENU> ||
 class KCSessionPlayer {
   public:
     /// Algorithm (FinishCreate done) and session must outlive this. Throws KCHostFailure with file and line for a
-    /// name, state, value or text that the parameters do not know. At most `undoLevel` gestures can be undone.
+    /// name, state, value or text that the parameters do not know, for a control that is not in the window, and
+    /// where a hand needs a window that the plug-in does not describe. At most `undoLevel` gestures can be undone.
     KCSessionPlayer(cALGORITHM& algorithm, const sSESSION& session, int32_t sampleRateHz, uint16_t undoLevel);
 
     /// Carries out what is due at a block that begins with this frame; the frames of successive calls ascend.
