@@ -112,7 +112,7 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     virtual BUFFER_HEADER* HandleKeyEvent(const KCEventData& event, bool& isHandled, bool& isGestureEnd);
     virtual bool ShouldAcceptMouseWheelEvent(const KCEventData& event) const;
     virtual void GetDrawInstructionsBkgColor(Writer& writer) const;
-    virtual void GetDrawInstructionsParamsData(Writer& writer) const; // each registration's windows
+    virtual void GetDrawInstructionsParamsData(Writer& writer) const; // the windows that registrations have
     virtual void GetDrawInstructionsSelectionBitmap(Writer& writer) const;
     virtual void GetDrawInstructionsControlBackground(Writer& writer) const;
     virtual void GetDrawInstructionsForStaticTextBackground(Writer& writer) const;

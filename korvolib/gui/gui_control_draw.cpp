@@ -91,11 +91,17 @@ void KCGUIControl::DrawImageOf(Writer& writer, const sBITMAP_WIN& images, int32_
 
 void KCGUIControl::GetDrawInstructionsParamsData(Writer& writer) const {
     for (size_t i = 0; i < m_params.size(); ++i) {
-        GetDrawInstructionsParamBitmapWindow(writer, i);
-        GetDrawInstructionsParamGraphWindow(writer, i);
-        GetDrawInstructionsParamValueWindow(writer, i);
-        GetDrawInstructionsParamUnitsWindow(writer, i);
-        GetDrawInstructionsParamLabelWindow(writer, i);
+        const KCParamRegistrationData& param = m_params[i]; // most show none of these
+        if (param.GetBitmapWin().IsShown())
+            GetDrawInstructionsParamBitmapWindow(writer, i);
+        if (param.GetGraphWin().IsShown())
+            GetDrawInstructionsParamGraphWindow(writer, i);
+        if (param.GetValueWin().IsShown())
+            GetDrawInstructionsParamValueWindow(writer, i);
+        if (param.GetUnitsWin().IsShown())
+            GetDrawInstructionsParamUnitsWindow(writer, i);
+        if (param.GetLabelWin().IsShown())
+            GetDrawInstructionsParamLabelWindow(writer, i);
     }
 }
 

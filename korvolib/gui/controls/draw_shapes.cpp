@@ -189,15 +189,23 @@ void KCShapes::Text(const KCFixedStringBase& text, const Rect& rect, double heig
     const double em = std::min(height, rect.GetHeight());
     if (text.empty() || rect.IsEmpty() || em < kLeastTextHeight)
         return;
+    if (EstimateTextWidth({text.data(), text.size()}, em, isBold) <= rect.GetWidth()) {
+        FittingText({text.data(), text.size()}, rect, em, color, align, isBold);
+        return;
+    }
     KCFixedString<127> fitting(text);
     FitText(fitting, em, isBold, rect.GetWidth());
-    if (fitting.empty())
-        return;
+    if (!fitting.empty())
+        FittingText({fitting.data(), fitting.size()}, rect, em, color, align, isBold);
+}
+
+void KCShapes::FittingText(std::string_view text, const Rect& rect, double em, KUColor color, KETextAlign align,
+                           bool isBold) noexcept {
     if (m_fontHeight != em || m_isFontBold != isBold)
         m_writer.Font(m_theme.fontFamily, KUConvertCoordinate<float>(em), isBold ? kvGS::kBold : kvGS::kPlain);
     m_fontHeight = em;
     m_isFontBold = isBold;
-    m_writer.SetDrawColor(Tone(color)).DrawTheText(fitting, kvGS::ToSGSRect(rect), AlignmentCode(align));
+    m_writer.SetDrawColor(Tone(color)).DrawTheText(text, kvGS::ToSGSRect(rect), AlignmentCode(align));
 }
 
 bool KCShapes::Picture(const sBITMAP_WIN& images, int32_t image) noexcept {

@@ -9,6 +9,7 @@
 #include <korvolib/gui/theme.h>
 
 #include <span>
+#include <string_view>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -55,6 +56,8 @@ class KCShapes {
 
   private:
     kvGS::SGSRGBAColor Tone(KUColor color) const noexcept;
+    void FittingText(std::string_view text, const Rect& rect, double em, KUColor color, KETextAlign align,
+                     bool isBold) noexcept;
     void AddRounded(const Rect& rect, double radius) noexcept;
     void Finish() noexcept;
 

@@ -20,6 +20,12 @@ KUPoint<double> OnCircle(KUPoint<double> centre, double radius, double angle) {
     return {centre.x + radius * std::cos(radians), centre.y + radius * std::sin(radians)};
 }
 
+KURect<double> SquareIn(const KURect<double>& rect) {
+    const double half = std::min(rect.GetWidth(), rect.GetHeight()) / 2;
+    const KUPoint<double> centre = rect.GetCentre();
+    return KURect<double>::FromEdges(centre.x - half, centre.y - half, centre.x + half, centre.y + half);
+}
+
 void DrawDial(KCShapes& shapes, const KURect<double>& rect, double fraction, double origin) {
     const KCTheme& theme = shapes.Theme();
     const KUPoint<double> centre = rect.GetCentre();
@@ -54,22 +60,18 @@ std::span<const ERegisterType> KCKnob::GetDefaultGestures() const {
     return kGestures[static_cast<size_t>(GetDirection()) % 3];
 }
 
-KCKnob::Rect KCKnob::GetMovementRect() const {
-    const Rect shape = LabelledLayout(*this, kMinDial).shape;
-    const double half = std::min(shape.GetWidth(), shape.GetHeight()) / 2;
-    const KUPoint<double> centre = shape.GetCentre();
-    return Rect::FromEdges(centre.x - half, centre.y - half, centre.x + half, centre.y + half);
-}
+KCKnob::Rect KCKnob::GetMovementRect() const { return SquareIn(LabelledLayout(*this, kMinDial).shape); }
 
 void KCKnob::GetDrawInstructionsControlBackground(Writer& writer) const {
     KCShapes shapes(writer, *this);
     const KCParamRegistrationData* const lead = GetParamData(0);
+    const sLABELLED_LAYOUT layout = LabelledLayout(*this, kMinDial);
     const double fraction = FractionOf(lead);
     if (HasPictures())
         KCGUIControl::GetDrawInstructionsControlBackground(writer);
     else
-        DrawDial(shapes, GetMovementRect(), fraction, OriginOf(lead));
-    DrawLabelled(shapes, *this, LabelledLayout(*this, kMinDial));
+        DrawDial(shapes, SquareIn(layout.shape), fraction, OriginOf(lead));
+    DrawLabelled(shapes, *this, layout);
 }
 
 } // namespace kvKorvoV12_9_0_320
