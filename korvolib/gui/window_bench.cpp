@@ -205,13 +205,21 @@ void WindowDrag_KorvoLib(benchmark::State& state) {
 BENCHMARK(WindowDrag_KorvoLib)->Name("WindowDrag/KorvoLib");
 
 void WindowDrag_ByHand(benchmark::State& state) {
+    double states[2]; // that the drag gives
+    {
+        Dragging dragging(10);
+        for (double& each : states) {
+            dragging.Step();
+            each = dragging.GetAlgorithm().GetParamState(0);
+        }
+    }
     BenchAlgorithm algorithm;
     Writer writer;
     bool isUp = false;
     uint64_t sequence = 0;
     for (auto _ : state) {
         isUp = !isUp;
-        cALGORITHM::BUFFER_HEADER* chain = algorithm.UpdateParamRequestState(0, isUp ? 600.0 : 550.0);
+        cALGORITHM::BUFFER_HEADER* chain = algorithm.UpdateParamRequestState(0, states[isUp ? 0 : 1]);
         algorithm.ExecuteAndDisposeBuffer(chain);
         Prepare(writer);
         FirstKnobAlone(writer, algorithm, ++sequence);
