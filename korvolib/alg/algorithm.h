@@ -268,11 +268,11 @@ class KORVO_API cALGORITHM : public KCAlgorithmListener, public KCLinkGroups::Li
         return m_automationManager.get();
     }                                                                // null before FinishCreate
     KCAutomationControl* GetAutomationControl(size_t control) const; // null past the end
-    KCAutomationControl* GetAutomationControlByLeadParamID(size_t index) const;
+    KCAutomationControl* GetAutomationControlByLeadParamID(size_t index) const noexcept;
     KCAutomationControl* GetAutomationControlByName(const char* name) const;
     // Whether the host has been told of a release of the parameter that its holder has not asked for: there is a
     // control to touch, and it is not touched.
-    bool IsTouchLost(size_t index) const;
+    bool IsTouchLost(size_t index) const noexcept;
 
     // ---- Links -----------------------------------------------------------------------------------------------
 

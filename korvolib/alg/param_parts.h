@@ -100,7 +100,9 @@ class KORVO_API KCParamBindings {
     /// Tells everyone once. They may add and remove themselves and others meanwhile: whoever is removed is told no
     /// more, whoever is added may have to wait for the next change.
     void Notify(size_t paramIndex) const noexcept {
-        if (!m_controllers.empty())
+        if (m_controllers.size() == 1) // as with most parameters
+            m_controllers.front()->OnParamChanged(paramIndex);
+        else if (!m_controllers.empty())
             NotifyAll(paramIndex);
     }
 

@@ -27,7 +27,7 @@ KCAutomationControl* cALGORITHM::GetAutomationControl(size_t control) const {
     return m_automationManager == nullptr ? nullptr : m_automationManager->GetAutomationControl(control);
 }
 
-KCAutomationControl* cALGORITHM::GetAutomationControlByLeadParamID(size_t index) const {
+KCAutomationControl* cALGORITHM::GetAutomationControlByLeadParamID(size_t index) const noexcept {
     return m_automationManager == nullptr ? nullptr : m_automationManager->GetAutomationControlByLeadParamID(index);
 }
 
@@ -35,7 +35,7 @@ KCAutomationControl* cALGORITHM::GetAutomationControlByName(const char* name) co
     return m_automationManager == nullptr ? nullptr : m_automationManager->GetAutomationControlByName(name);
 }
 
-bool cALGORITHM::IsTouchLost(size_t index) const {
+bool cALGORITHM::IsTouchLost(size_t index) const noexcept {
     const KCAutomationControl* const control = GetAutomationControlByLeadParamID(index);
     return control != nullptr && control->IsConnected() && !control->GetTouched();
 }

@@ -70,10 +70,6 @@ KCParamRegistrationData::KCParamRegistrationData(cALGORITHM* algorithm, size_t p
     SetRegisteredParam(algorithm, paramIndex);
 }
 
-const sCONTROL_PARAM* KCParamRegistrationData::GetParam() const noexcept {
-    return m_algorithm == nullptr ? nullptr : std::as_const(*m_algorithm).GetParam(m_paramIndex);
-}
-
 void KCParamRegistrationData::SetRegisteredParam(cALGORITHM* algorithm, size_t paramIndex) {
     Release();
     ClearDragResidues();
@@ -111,11 +107,6 @@ void KCParamRegistrationData::SetHoverDelay(double milliseconds) noexcept {
 
 // The value
 // ---------------------------------------------------------------------------------------------------------
-
-void KCParamRegistrationData::SetValue(double state) noexcept {
-    if (!std::isnan(state))
-        m_value = ClampState(state);
-}
 
 // The value is stored first: the parameter tells its observers during the update, and what it settled to is then
 // seen to be this value. A link that held the parameter back has put it elsewhere, and the value follows.
@@ -173,12 +164,9 @@ double KCParamRegistrationData::OffsetToNextDifferentState(double direction) con
     return IsBound() ? m_algorithm->OffsetToNextDifferentState(m_paramIndex, direction) : 0.0;
 }
 
-void KCParamRegistrationData::FollowParam() noexcept {
-    const sCONTROL_PARAM* const param = GetParam();
-    if (param == nullptr)
-        return;
-    const double state = param->GetState(m_algorithm->GetActiveSetup());
-    if (!std::isnan(state) && state != ParamStepping::Settle(*param, m_value))
+void KCParamRegistrationData::FollowState(const sCONTROL_PARAM& param) noexcept {
+    const double state = param.GetState(m_algorithm->GetActiveSetup());
+    if (!std::isnan(state) && state != ParamStepping::Settle(param, m_value))
         m_value = ClampState(state);
 }
 
@@ -263,13 +251,23 @@ bool KCParamRegistrationData::IsUnused() const { return !IsBound() || m_algorith
 // ----------------------------------------------------------------------------------------------------------
 
 void KCParamRegistrationData::Touch() {
-    if (IsBound())
-        m_hold.Take(*m_algorithm, m_paramIndex);
+    if (!IsBound())
+        return;
+    if (IsTouchLost())
+        m_algorithm->Touch(m_paramIndex);
+    m_hold.Take(*m_algorithm, m_paramIndex);
+}
+
+// MIDI for the held parameter has told the host of a whole gesture of its own.
+bool KCParamRegistrationData::IsTouchLost() const noexcept {
+    return m_hold.IsHolding() && m_algorithm->IsTouchLost(m_paramIndex);
 }
 
 void KCParamRegistrationData::Release() { m_hold.LetGo(); }
 
-bool KCParamRegistrationData::ShouldSendTouch() const noexcept { return IsBound() && !m_hold.IsHolding(); }
+bool KCParamRegistrationData::ShouldSendTouch() const noexcept {
+    return IsBound() && (!m_hold.IsHolding() || IsTouchLost());
+}
 
 void KCParamRegistrationData::FinishDragParam() {
     ClearDragResidues();

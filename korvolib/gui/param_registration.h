@@ -9,6 +9,7 @@
 // allocates after set-up. Thread: [main], with the algorithm's lock held.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -85,7 +86,10 @@ class KORVO_API KCParamRegistrationData {
     // gesture: it links. ----------------------------------------------------------------------------------------
     double GetValue() const noexcept { return m_value; }
     /// Stores without touching the parameter; not-a-number is ignored, others are limited to 0 … 1000.
-    void SetValue(double state) noexcept;
+    void SetValue(double state) noexcept {
+        if (!std::isnan(state))
+            m_value = ClampState(state);
+    }
     /// Stores and moves the parameter there; a discrete one not beyond its last state. Not-a-number: null, nothing.
     BUFFER_HEADER* SetParamValue(double state);
     /// Moves the parameter to the stored value.
@@ -100,7 +104,11 @@ class KORVO_API KCParamRegistrationData {
     double OffsetToNextDifferentState(double direction) const;
     /// The parameter has moved, whoever did it: the stored value follows, unless it is what the parameter's state
     /// was made of.
-    void FollowParam() noexcept;
+    void FollowParam() noexcept {
+        const sCONTROL_PARAM* const param = GetParam();
+        if (param != nullptr && param->GetState(m_algorithm->GetActiveSetup()) != m_value)
+            FollowState(*param);
+    }
     /// Back to the parameter's reset state.
     BUFFER_HEADER* ResetParam();
 
@@ -119,7 +127,8 @@ class KORVO_API KCParamRegistrationData {
     bool DoesNewStateChangeRealWorld(double state) const;
 
     // Gestures: each Touch has its Release ----------------------------------------------------------------------
-    /// Tells automation that the user holds the parameter. Once: nothing while it is touched.
+    /// Tells automation that the user holds the parameter. Once: nothing while it is touched, unless that touch is
+    /// lost (see ShouldSendTouch).
     void Touch();
     void Release();
     /// True when a moving gesture has to touch: it has not, or somebody else's release has come in between.
@@ -207,8 +216,12 @@ class KORVO_API KCParamRegistrationData {
     void PrintRegistrationData(KCFixedStringBase& text) const;
 
   private:
-    const sCONTROL_PARAM* GetParam() const noexcept;
+    const sCONTROL_PARAM* GetParam() const noexcept {
+        return m_algorithm == nullptr ? nullptr : std::as_const(*m_algorithm).GetParam(m_paramIndex);
+    }
+    void FollowState(const sCONTROL_PARAM& param) noexcept;
     BUFFER_HEADER* MoveTo(double state);
+    bool IsTouchLost() const noexcept;
     bool FindParam(const KCXMLElement& element, cALGORITHM& algorithm, Problems& problems);
     void ReadAttributes(const KCXMLElement& element, Problems& problems);
     void ReadChildren(const KCXMLElement& element, Problems& problems);

@@ -14,10 +14,6 @@ void KCRegisterInfo::SetType(ERegisterType type) noexcept {
     SetFlag(m_type, true);
 }
 
-bool KCRegisterInfo::GetFlag(ERegisterType type) const noexcept {
-    return IsRegisterType(type) && m_flags[static_cast<size_t>(type)];
-}
-
 void KCRegisterInfo::SetFlag(ERegisterType type, bool isOn) noexcept {
     if (IsRegisterType(type))
         m_flags[static_cast<size_t>(type)] = isOn;
@@ -25,10 +21,6 @@ void KCRegisterInfo::SetFlag(ERegisterType type, bool isOn) noexcept {
 
 bool KCRegisterInfo::CompareRegisterTypes(const KCRegisterInfo& other) const noexcept {
     return m_type == other.m_type && m_flags == other.m_flags;
-}
-
-bool KCRegisterInfo::CompareParamModifiers(const KCRegisterInfo& other) const noexcept {
-    return m_modifiers == other.m_modifiers;
 }
 
 void KCRegisterInfo::GetDragDropValues(double& drag, double& drop) const noexcept {

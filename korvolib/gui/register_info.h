@@ -25,7 +25,9 @@ class KORVO_API KCRegisterInfo {
     /// Also sets the flag of that type; out of range counts as kRegister_Highlight.
     void SetType(ERegisterType type) noexcept;
     /// Out of range: false, and nothing set.
-    bool GetFlag(ERegisterType type) const noexcept;
+    bool GetFlag(ERegisterType type) const noexcept {
+        return type >= 0 && type < kNumRegisterTypes && m_flags[static_cast<size_t>(type)];
+    }
     void SetFlag(ERegisterType type, bool isOn) noexcept;
 
     KUModifiers GetModifiers() const noexcept { return m_modifiers; }
@@ -34,7 +36,9 @@ class KORVO_API KCRegisterInfo {
     /// The same gestures: the type and every flag.
     bool CompareRegisterTypes(const KCRegisterInfo& other) const noexcept;
     /// The same modifier set, by equality.
-    bool CompareParamModifiers(const KCRegisterInfo& other) const noexcept;
+    bool CompareParamModifiers(const KCRegisterInfo& other) const noexcept {
+        return m_modifiers == other.m_modifiers;
+    }
     bool CompareParamModifiers(KUModifiers modifiers) const noexcept { return m_modifiers == modifiers; }
 
     /// States that a drag carries away and that a drop brings; negative and not-a-number: the parameter's own
