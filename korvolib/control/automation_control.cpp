@@ -37,10 +37,13 @@ class ChainUnderWay {
 
     // From its last block on, so that no chain is walked twice.
     void Append(BUFFER_HEADER* blocks) {
+        if (blocks == nullptr)
+            return;
         if (m_first == nullptr)
             m_first = blocks;
-        m_last = cALGORITHM::ChainBufs(m_last, blocks);
-        while (m_last != nullptr && m_last->next != nullptr)
+        else
+            cALGORITHM::ChainBufs(m_last, blocks);
+        for (m_last = blocks; m_last->next != nullptr;)
             m_last = m_last->next;
     }
     BUFFER_HEADER* Take() { return std::exchange(m_first, nullptr); }
@@ -131,6 +134,15 @@ KCAutomationControl::BUFFER_HEADER* KCAutomationControl::SetControllerValue(doub
     return HasLead() ? SetControllerValueSelf(value) : nullptr;
 }
 
+// The value is stored first, so that the record knows its own when the parameter tells of its change.
+inline KCAutomationControl::BUFFER_HEADER* KCAutomationControl::MoveBy(KCParamRegistrationData& registration,
+                                                                       double delta) {
+    const double value = std::min(kFullTravel, std::max(0.0, registration.GetValue() + delta));
+    registration.SetValue(value);
+    cALGORITHM* const algorithm = registration.GetAlgorithm();
+    return algorithm == nullptr ? nullptr : algorithm->UpdateParamState(registration.GetParamIndex(), value, false);
+}
+
 KCAutomationControl::BUFFER_HEADER* KCAutomationControl::SetControllerValueSelf(double value) {
     if (!HasLead() || std::isnan(value))
         return nullptr;
@@ -141,15 +153,6 @@ KCAutomationControl::BUFFER_HEADER* KCAutomationControl::SetControllerValueSelf(
         if (FollowsLead(i))
             chain.Append(MoveBy(m_params[i], delta));
     return chain.Take();
-}
-
-// The value is stored first, so that the record knows its own when the parameter tells of its change.
-KCAutomationControl::BUFFER_HEADER* KCAutomationControl::MoveBy(KCParamRegistrationData& registration,
-                                                                double delta) {
-    const double value = std::min(kFullTravel, std::max(0.0, registration.GetValue() + delta));
-    registration.SetValue(value);
-    cALGORITHM* const algorithm = registration.GetAlgorithm();
-    return algorithm == nullptr ? nullptr : algorithm->UpdateParamState(registration.GetParamIndex(), value, false);
 }
 
 bool KCAutomationControl::ReinterpretMidiValue(int32_t, double&) { return false; }

@@ -29,7 +29,6 @@
 
 #include <korvolib/control/automation_control.h>
 #include <korvolib/control/midi_event.h>
-#include <korvolib/control/midi_value.h>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -148,7 +147,7 @@ class KORVO_API KCAutomationManager {
     /// The first control that the event drives, and the next one after a control of the same event; kNoControl at
     /// the end. A look into a table.
     size_t FirstMIDIEventControl(const kvMIDI::KorvoMidiEvent& event) const noexcept {
-        return FirstMIDIEventControl(event.GetEventType(), kvMIDI::ControllerNumber(event));
+        return AsIndex(MidiIndex().first[event.GetStatus() >> 4][event.GetData1() & 0x7F]);
     }
     size_t NextMIDIEventControl(size_t index) const noexcept {
         const sMIDI_INDEX& midi = MidiIndex();
@@ -207,14 +206,15 @@ class KORVO_API KCAutomationManager {
                                                  Problems& problems) const;
 
   private:
-    // Which controls hear what: the first of each list, by event type and control ID, and the next of the same
-    // event for every control. Made anew when an attachment has changed, without allocating.
-    static constexpr size_t kNumEventTypes = 16, kNumControlIDs = 128;
-    static constexpr uint16_t kNobody = UINT16_MAX;
+    // Which controls hear what: the first of each list, by the event's upper status half and data 1, and the next
+    // of the same event for every control. A pitch bend has no number, so that its row is the same all along. Made
+    // anew when an attachment has changed, without allocating.
+    static constexpr size_t kNumStatusHalves = 16, kNumDataValues = 128;
+    static constexpr int32_t kNobody = -1; // becomes kNoControl as an index
     struct sMIDI_INDEX {
-        std::array<std::array<uint16_t, kNumControlIDs>, kNumEventTypes> first;
-        std::vector<uint16_t> next; // one for each control
-        uint16_t learning = kNobody;
+        std::array<std::array<int32_t, kNumDataValues>, kNumStatusHalves> first;
+        std::vector<int32_t> next; // one for each control
+        int32_t learning = kNobody;
     };
 
     void RebuildMidiIndex() const noexcept;
@@ -223,11 +223,7 @@ class KORVO_API KCAutomationManager {
             RebuildMidiIndex();
         return m_midiIndex;
     }
-    size_t FirstMIDIEventControl(int32_t eventType, int32_t controlID) const noexcept {
-        const auto type = static_cast<size_t>(eventType), id = static_cast<size_t>(controlID);
-        return type < kNumEventTypes && id < kNumControlIDs ? AsIndex(MidiIndex().first[type][id]) : kNoControl;
-    }
-    static size_t AsIndex(uint16_t entry) noexcept { return entry == kNobody ? kNoControl : entry; }
+    static size_t AsIndex(int32_t entry) noexcept { return static_cast<size_t>(entry); }
     int32_t PlaceNew(ControlPtr control, size_t index);
     bool IsOwn(const KCAutomationControl* control) const noexcept { return control->m_manager == this; }
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include <korvolib/control/midi_value.h>
 #include <korvolib/utilities/error_codes.h>
 
 namespace kvKorvoV12_9_0_320 {
@@ -25,6 +26,15 @@ bool IsNeverLearnt(const KorvoMidiEvent& event) noexcept {
 // Notes press and release: nothing for a parameter that glides.
 bool CanHear(const KCAutomationControl& control, int32_t eventType) {
     return eventType != kvMIDI::kMidiEvent_NoteOn || control.IsLeadStepped();
+}
+
+// The upper half of the status byte of such an event.
+size_t StatusHalf(int32_t eventType) noexcept { return static_cast<size_t>(eventType) + 7; }
+
+// Whether there is an event of this type and number.
+bool CanHappen(int32_t eventType, int32_t controlID) noexcept {
+    const int32_t lastID = eventType == kvMIDI::kMidiEvent_PitchBend ? 0 : 127;
+    return KCAutomationControl::IsMIDIEventTypeHeard(eventType) && controlID >= 0 && controlID <= lastID;
 }
 
 void Attach(KCAutomationControl& control, int32_t eventType, int32_t controlID) noexcept {
@@ -93,20 +103,22 @@ class MidiMove {
 
 // From the last control to the first, so that every list comes out in the order of the controls.
 void KCAutomationManager::RebuildMidiIndex() const noexcept {
-    for (auto& ofType : m_midiIndex.first)
-        ofType.fill(kNobody);
+    for (auto& ofStatus : m_midiIndex.first)
+        ofStatus.fill(kNobody);
     m_midiIndex.learning = kNobody;
-    for (size_t index = m_controls.size(); index-- > 0;) {
-        const KCAutomationControl& control = *m_controls[index];
-        m_midiIndex.next[index] = kNobody;
+    for (size_t place = m_controls.size(); place-- > 0;) {
+        const KCAutomationControl& control = *m_controls[place];
+        const auto index = static_cast<int32_t>(place);
+        m_midiIndex.next[place] = kNobody;
         if (control.GetMIDILearnMode())
-            m_midiIndex.learning = static_cast<uint16_t>(index);
+            m_midiIndex.learning = index;
         const int32_t type = control.GetMIDIEventType(), id = control.GetMIDIControlID();
-        if (!KCAutomationControl::IsMIDIEventTypeHeard(type) || id < 0)
-            continue;
-        uint16_t& first = m_midiIndex.first[static_cast<size_t>(type)][static_cast<size_t>(id)];
-        m_midiIndex.next[index] = std::exchange(first, static_cast<uint16_t>(index));
+        if (CanHappen(type, id))
+            m_midiIndex.next[place] =
+                std::exchange(m_midiIndex.first[StatusHalf(type)][static_cast<size_t>(id)], index);
     }
+    auto& bends = m_midiIndex.first[StatusHalf(kvMIDI::kMidiEvent_PitchBend)];
+    bends.fill(bends[0]);
     m_isMidiIndexStale = false;
 }
 
@@ -114,9 +126,11 @@ size_t KCAutomationManager::WhichControlInMIDILearn() const noexcept { return As
 
 size_t KCAutomationManager::GetMIDIEventControls(int32_t eventType, int32_t controlID,
                                                  std::span<size_t> indexes) const noexcept {
+    if (!CanHappen(eventType, controlID))
+        return 0;
     size_t count = 0;
-    for (size_t index = FirstMIDIEventControl(eventType, controlID); index != kNoControl;
-         index = NextMIDIEventControl(index)) {
+    for (size_t index = AsIndex(MidiIndex().first[StatusHalf(eventType)][static_cast<size_t>(controlID)]);
+         index != kNoControl; index = NextMIDIEventControl(index)) {
         if (count < indexes.size())
             indexes[count] = index;
         ++count;
