@@ -46,6 +46,7 @@
 #include <korvolib/graphicstream/to_svg.h>
 #include <korvolib/graphicstream/to_yaml.h>
 #include <korvolib/gui/base_control.h>
+#include <korvolib/gui/control_for_automation.h>
 #include <korvolib/gui/controls/button.h>
 #include <korvolib/gui/controls/captioned_control.h>
 #include <korvolib/gui/controls/fader.h>

@@ -1,5 +1,6 @@
 // The controls of the library by the names that descriptions give them.
 
+#include <korvolib/gui/control_for_automation.h>
 #include <korvolib/gui/controls/button.h>
 #include <korvolib/gui/controls/fader.h>
 #include <korvolib/gui/controls/knob.h>
@@ -32,9 +33,15 @@ struct sCONTROL_CLASS {
 };
 
 constexpr sCONTROL_CLASS kClasses[] = {
-    {"Knob", Make<KCKnob>},   {"Fader", Make<KCFader>},         {"Button", Make<KCButton>},
-    {"Menu", Make<KCMenu>},   {"ValueText", Make<KCValueText>}, {"XYPad", Make<KCXYPad>},
-    {"Label", Make<KCLabel>}, {"LevelPlot", Make<KCLevelPlot>},
+    {"Knob", Make<KCKnob>},
+    {"Fader", Make<KCFader>},
+    {"Button", Make<KCButton>},
+    {"Menu", Make<KCMenu>},
+    {"ValueText", Make<KCValueText>},
+    {"XYPad", Make<KCXYPad>},
+    {"Label", Make<KCLabel>},
+    {"LevelPlot", Make<KCLevelPlot>},
+    {"ControlForAutomation", Make<CControlForAutomation_X>},
 };
 
 } // namespace
