@@ -122,7 +122,8 @@ KCAutomationControl* KCAutomationManager::GetAutomationControlByName(const char*
 size_t KCAutomationManager::GetControlIndexByName(const char* name) const noexcept {
     if (name == nullptr)
         return kNoControl;
-    for (uint16_t index = 0; index < m_controls.size(); ++index)
+    const auto count = static_cast<uint16_t>(std::min(m_controls.size(), kMaxAutomationControls));
+    for (uint16_t index = 0; index < count; ++index)
         if (std::strcmp(m_controls[index]->GetNamePtr(), name) == 0)
             return index;
     return kNoControl;
