@@ -201,6 +201,18 @@ TEST_F(GUIControlDrag, AModifierThatGoesDownDuringADragNeverMakesTheValueJump) {
     EXPECT_DOUBLE_EQ(State(0), before + 44.0 * 1000.0 / 200.0);
 }
 
+TEST_F(GUIControlDrag, AFineRegistrationCoversItsShareOfTheWay) {
+    Add(0, kRegister_DragVertical).SetSensitivity(0.1);
+    Add(1, kRegister_DragVertical).SetSensitivity(0.5);
+    Press();
+    Drag(0.0, 20.0); // as pixels it would be 2, which count as two state steps
+    EXPECT_DOUBLE_EQ(State(0), 20.0 * 1000.0 / 200.0 * 0.1);
+    Drag(0.0, 171.0);
+    EXPECT_EQ(State(1), 0.0);
+    Drag(0.0, 1.0); // 192 pixels at a half are one state
+    EXPECT_EQ(State(1), alg.GetStateStep(1));
+}
+
 TEST_F(GUIControlDrag, AModifierDropsTheResiduesOfADrag) {
     Add(1, kRegister_DragVertical);
     Add(1, kRegister_DragVertical, KEModifier::Shift);

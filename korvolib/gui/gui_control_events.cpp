@@ -243,9 +243,14 @@ BUFFER_HEADER* KCGUIControl::DragAlong(size_t registration, double deltaPixels, 
     if (deltaPixels == 0.0 || !param.IsRegisteredToType(type))
         return nullptr;
     const int16_t range = m_direction == KEControlDirection::Both ? PixelRangeAlong(isHorizontal) : GetPixelRange();
-    const double states = ConvertMouseDeltaFromPixelsToState(
-        deltaPixels * param.GetSensitivity(), param.GetDragResidue(isHorizontal ? 0 : 1), registration, range);
-    return states == 0.0 ? nullptr : param.OffsetParamValue(states, type);
+    // A finer registration covers its share of the way that the same movement covers without it: the pixels cannot
+    // be scaled, since few of them count otherwise than many. States come in whole ones, so there they are.
+    const bool isDiscrete = param.IsActiveControllerParameterDiscrete();
+    const double factor = param.GetSensitivity();
+    const double states =
+        ConvertMouseDeltaFromPixelsToState(isDiscrete ? deltaPixels * factor : deltaPixels,
+                                           param.GetDragResidue(isHorizontal ? 0 : 1), registration, range);
+    return states == 0.0 ? nullptr : param.OffsetParamValue(isDiscrete ? states : states * factor, type);
 }
 
 // Release ---------------------------------------------------------------------------------------------------------

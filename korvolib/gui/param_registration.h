@@ -75,8 +75,8 @@ class KORVO_API KCParamRegistrationData {
     void SetRegisterModifier(KEModifier modifier, bool isOn) noexcept;
     double GetFixedState() const noexcept { return m_fixedState; }
     void SetFixedState(double state) noexcept { m_fixedState = state; }
-    /// How far this registration moves for a pixel, beside the control's own sensitivity; 1 unless told. Values
-    /// that are not finite are ignored.
+    /// The share of the way that a drag covers by this registration, beside the control's own sensitivity; 1 unless
+    /// told. Values that are not finite are ignored.
     double GetSensitivity() const noexcept { return m_sensitivity; }
     void SetSensitivity(double factor) noexcept;
     double GetHoverDelay() const noexcept { return m_hoverDelayMs; } // milliseconds
