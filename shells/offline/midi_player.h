@@ -26,24 +26,28 @@ struct sPLAYED_MIDI {
 
 class KCMidiPlayer {
   public:
-    /// All outlive this; the events stand in the order of their times.
+    /// All outlive this; the events stand in the order of their times. What each of them did is kept where it is
+    /// going to be told: a file may hold millions.
     KCMidiPlayer(cALGORITHM& algorithm, const KCHostAutomation& automation,
-                 const std::vector<sTIMED_MIDI_EVENT>& events, int32_t sampleRateHz);
+                 const std::vector<sTIMED_MIDI_EVENT>& events, int32_t sampleRateHz, bool isTold);
 
     /// The block of this many frames that begins with this one; the blocks follow each other.
     void PlayBlock(int64_t firstFrame, int64_t numFrames);
 
-    const std::vector<sPLAYED_MIDI>& GetPlayed() const { return m_played; }
-    size_t GetNumLeft() const { return m_events.size() - m_played.size(); }
+    const std::vector<sPLAYED_MIDI>& GetPlayed() const { return m_played; } // empty where nothing is told
+    size_t GetNumPlayed() const { return m_numPlayed; }
+    size_t GetNumLeft() const { return m_events.size() - m_numPlayed; }
 
   private:
-    void PlayNext(int64_t blockFrame, int64_t eventFrame);
+    void Play(const sTIMED_MIDI_EVENT& timed, uint32_t frameOffset, double blockSeconds);
     int64_t FrameOfNext() const;
 
     cALGORITHM& m_algorithm;
     const KCHostAutomation& m_automation;
     const std::vector<sTIMED_MIDI_EVENT>& m_events;
     double m_sampleRateHz;
+    bool m_isTold;
+    size_t m_numPlayed = 0;
     std::vector<sPLAYED_MIDI> m_played;
 };
 

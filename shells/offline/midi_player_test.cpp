@@ -31,9 +31,9 @@ struct sRIG {
     explicit sRIG(std::vector<sTIMED_MIDI_EVENT> theEvents = {}) : events(std::move(theEvents)) {
         EXPECT_EQ(runner.Create(), kErr_NoErr);
         automation.emplace(plugin);
-        player.emplace(plugin, *automation, events, kRateHz);
+        player.emplace(plugin, *automation, events, kRateHz, true);
     }
-    size_t NumPlayed() const { return player->GetPlayed().size(); }
+    size_t NumPlayed() const { return player->GetNumPlayed(); }
 
     kvTest::KCWindowPlugin plugin{kControls};
     KCPluginRunner runner{plugin};
@@ -72,6 +72,15 @@ TEST(MidiPlayer, TellsWhatEachEventDid) {
     EXPECT_EQ(rig.player->GetPlayed()[2].effect, "no control hears it");
     EXPECT_EQ(rig.player->GetPlayed()[3].effect, "Mode 0 → 1");
     EXPECT_EQ(rig.player->GetPlayed()[4].effect, "no control hears it"); // a note off presses nothing
+}
+
+TEST(MidiPlayer, KeepsNothingThatIsNotTold) {
+    sRIG rig({{0.0, Volume(127)}});
+    KCMidiPlayer player(rig.plugin, *rig.automation, rig.events, kRateHz, false);
+    player.PlayBlock(0, 1);
+    EXPECT_EQ(rig.plugin.GetParamState(0), 1000.0);
+    EXPECT_EQ(player.GetNumPlayed(), 1u);
+    EXPECT_TRUE(player.GetPlayed().empty());
 }
 
 TEST(MidiPlayer, WithoutEventsPlaysNothing) {
@@ -190,7 +199,7 @@ TEST(CallbackLog, ShowsBalancedGesturesForRandomEvents) {
         else if (pick(3) == 0)
             rig.automation->Hold(control, pick(2) == 0);
         else
-            KCMidiPlayer(rig.plugin, *rig.automation, event, kRateHz).PlayBlock(0, 1);
+            KCMidiPlayer(rig.plugin, *rig.automation, event, kRateHz, false).PlayBlock(0, 1);
     }
     for (const size_t control : {0u, 1u, 2u})
         rig.automation->Hold(control, false);

@@ -53,7 +53,8 @@ class KCRendering {
           m_session(options.session.empty() ? sSESSION() : ReadSessionFile(options.session)),
           m_midiEvents(options.midi.empty() ? std::vector<sTIMED_MIDI_EVENT>() : ReadMidiFile(options.midi)),
           m_player(m_plugin.GetAlgorithm(), m_session, m_in.GetFormat().sampleRateHz, options.undoLevel),
-          m_midi(m_plugin.GetAlgorithm(), m_player.GetAutomation(), m_midiEvents, m_in.GetFormat().sampleRateHz),
+          m_midi(m_plugin.GetAlgorithm(), m_player.GetAutomation(), m_midiEvents, m_in.GetFormat().sampleRateHz,
+                 !options.table.empty()),
           m_outFile(options.out), m_out(m_outFile, m_in.GetFormat()),
           m_buffers(m_in.GetFormat().numChannels, options.blockFrames),
           m_before(m_in.GetFormat().numChannels, WindowFrames()),
@@ -89,7 +90,7 @@ class KCRendering {
                               (m_in.GetFormat().numChannels == 1 ? "mono, " : "stereo, ") +
                               std::to_string(m_player.GetPlayed().size()) + " events";
         if (!m_options.midi.empty())
-            summary += ", " + std::to_string(m_midi.GetPlayed().size()) + " MIDI events";
+            summary += ", " + std::to_string(m_midi.GetNumPlayed()) + " MIDI events";
         if (m_log)
             summary += ", " + std::to_string(m_log->GetNumCallbacks()) + " callbacks";
         if (m_film)
