@@ -72,7 +72,7 @@ TEST_F(AutomationMidiTest, OtherEventTypesChangeNothing) {
 }
 
 TEST_F(AutomationMidiTest, EveryAttachedControlIsDrivenInListOrderFromTheEventsOwnValue) {
-    for (const size_t control : {2, 3, 0})
+    for (const size_t control : std::initializer_list<size_t>{2, 3, 0})
         Attach(control, 4, 7);
     algorithm.Midi(kController, 7, 127);
     EXPECT_EQ(State(0), 1000.0);
@@ -196,7 +196,7 @@ TEST_F(AutomationMidiTest, AControlMayMakeItsOwnValueOfAnEvent) {
 
 TEST_F(AutomationMidiTest, LinksMoveWithTheLeadAsWithAHand) {
     algorithm.GetLinkGroups()->SetGroupInfo(1, 0, 0.0, KCLinkGroups::LawName("Relative"), true, false);
-    for (const size_t param : {0, 1})
+    for (const size_t param : std::initializer_list<size_t>{0, 1})
         algorithm.GetLinkGroups()->AddMember(1, param);
     Attach(0, 4, 7);
     Put(1, 100.0);
@@ -214,7 +214,7 @@ TEST_F(AutomationMidiTest, LinksMoveWithTheLeadAsWithAHand) {
 
 TEST_F(AutomationMidiTest, AFollowerIsNotMovedAgainByALink) {
     algorithm.GetLinkGroups()->SetGroupInfo(1, 0, 0.0, KCLinkGroups::LawName("Relative"), true, false);
-    for (const size_t param : {0, 1, 2})
+    for (const size_t param : std::initializer_list<size_t>{0, 1, 2})
         algorithm.GetLinkGroups()->AddMember(1, param);
     controls[0]->Register(&algorithm, 1, KCRegisterInfo(kRegister_Controller));
     Attach(0, 4, 7);
@@ -324,7 +324,7 @@ TEST_F(AutomationMidiTest, ClearTakesEveryControlIdAndDetachTakesAll) {
 }
 
 TEST_F(AutomationMidiTest, AnEventsControlsAreListedAsFarAsThereIsRoom) {
-    for (const size_t control : {3, 1, 2})
+    for (const size_t control : std::initializer_list<size_t>{3, 1, 2})
         Attach(control, 4, 7);
     size_t found[2] = {9, 9};
     EXPECT_EQ(manager().GetMIDIEventControls(4, 7, found), 3u);
@@ -372,7 +372,7 @@ TEST_F(AutomationMidiTest, AHookMayChangeAttachmentsOnTheWay) {
 }
 
 TEST_F(AutomationMidiTest, AGroupTakesOverWhatOneOfItHears) {
-    for (const size_t control : {0, 2})
+    for (const size_t control : std::initializer_list<size_t>{0, 2})
         controls[control]->SetMIDIGroup(5);
     Attach(0, 4, 7);
     controls[0]->SetMIDIMapping({100.0, 200.0, 1.0, kvMIDI::kMidiTakeOver_Jump});
@@ -397,7 +397,7 @@ TEST_F(AutomationMidiTest, LedStatesComeFromTheControlsMap) {
 TEST_F(AutomationMidiTest, ARangeLimitsAndTurnsTheController) {
     Attach(0, 4, 7);
     Attach(3, 4, 7);
-    for (const size_t control : {0, 3})
+    for (const size_t control : std::initializer_list<size_t>{0, 3})
         controls[control]->SetMIDIMapping({1000.0, 500.0, 1.0, kvMIDI::kMidiTakeOver_Jump});
     algorithm.Midi(kController, 7, 0);
     EXPECT_EQ(State(0), 1000.0);
