@@ -51,5 +51,12 @@ TEST(NearestNames, NothingIsNearToNonsense) {
     EXPECT_TRUE(NearestNames({"Ratio"}, std::string(100000, 'R')).empty());
 }
 
+TEST(NearestNames, AsTheEndOfAComplaint) {
+    EXPECT_EQ(NearestText({"Gain", "Attack"}, "Gian"), "; nearest: \"Gain\"");
+    EXPECT_EQ(NearestText({"Gain", "Main"}, "Rain"), "; nearest: \"Gain\", \"Main\"");
+    EXPECT_EQ(NearestText({"Gain"}, "xylophone"), "");
+    EXPECT_EQ(NearestText({"Gain"}, "xylophone", "; there is one"), "; there is one");
+}
+
 } // namespace
 } // namespace kvKorvoV12_9_0_320::kvHost

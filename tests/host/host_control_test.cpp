@@ -108,6 +108,16 @@ TEST_F(HostControl, IsHeard) {
     EXPECT_NEAR(Level(out, 0.65, 0.95), Level(out, 0.1, 0.45) - 6.0, 0.05);
 }
 
+TEST_F(HostControl, IsSeenInTheWindow) {
+    WriteText("s.yaml", "- {at: 0, control: Trims, value: -6}\n- {at: 0, midi: {controller: 7, value: 0}}\n");
+    EXPECT_EQ(Host({"draw", kStrip, "--out", "moved.svg", "--session", "s.yaml"}).status, 0);
+    EXPECT_EQ(Host({"draw", kStrip, "--out", "plain.svg"}).status, 0);
+    const std::string moved = ReadBytes(Path("moved.svg")), plain = ReadBytes(Path("plain.svg"));
+    EXPECT_THAT(moved, HasSubstr("-6.0"));
+    EXPECT_THAT(moved, HasSubstr("-Inf"));
+    EXPECT_THAT(plain, testing::Not(HasSubstr("-Inf")));
+}
+
 TEST_F(HostControl, IsNoStepOfTheHistory) {
     EXPECT_THAT(EffectOf("control: Trims, value: -3"), EndsWith("clean, no steps\n"));
 }

@@ -98,6 +98,16 @@ TEST_F(HostMidi, LearnsItsFirstController) {
     EXPECT_THAT(table, HasSubstr("Makeup Gain           Makeup Gain                        controller 7 "));
 }
 
+TEST_F(HostMidi, GoesOnLearningWhereNoControllerComes) {
+    WriteMidi("m.mid", Bytes({0, 0x90, 60, 1})); // no note moves what glides
+    const std::string table = TableOf("m.mid", {"--learn", "Input Gain"});
+    EXPECT_THAT(
+        table,
+        HasSubstr(
+            "Input Gain            Input Gain                         -                                  yes\n"));
+    EXPECT_THAT(table, HasSubstr("note 60 on, velocity 1  nothing changed\n")); // taken, and of no use
+}
+
 TEST_F(HostMidi, CountsWhatComesBehindTheSound) {
     WriteMidi("m.mid", Bytes({0, 0xB0, 7, 0, 0x87, 0x68, 7, 1})); // the second at 2 s
     EXPECT_THAT(Render("m.mid").out, HasSubstr("0 events, 1 MIDI events, 1 of MIDI after the end of the sound"));
