@@ -362,6 +362,7 @@ void CStandardGUI_X::Close() {
 void CStandardGUI_X::Forget() noexcept {
     m_hovered = nullptr;
     m_textFocus = nullptr;
+    CloseMenu();
     m_order.clear();
     m_dirty.clear();
     m_byName.clear();

@@ -101,6 +101,10 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     bool EnterText(const KCFixedStringBase& controlName, const KCFixedStringBase& text);
     /// What a menu of a control chose: a state number of its first menu registration.
     bool MenuChoice(const KCFixedStringBase& controlName, int32_t choice);
+    /// The control that was pressed with the right button and offers choices (GetControlPopupMenuHandler): the view
+    /// shows them and answers with MenuChoice or CloseMenu. Null when there is none; the next press closes it too.
+    KCGUIControl* GetOpenMenu() const noexcept { return m_openMenu; }
+    void CloseMenu() noexcept { m_openMenu = nullptr; }
     /// From the view's timer: what parameters ask for (refresh marks, disabled and hidden ones), hover delays.
     void Idle(double timeSeconds);
 
@@ -255,6 +259,7 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     KCGUIControl* m_hovered = nullptr;
     KUPoint<double> m_hoverPosition;
     KCGUIControl* m_textFocus = nullptr;
+    KCGUIControl* m_openMenu = nullptr;
     bool m_isInEvent = false;
     bool m_isCloseWanted = false; // inside an event
     Undo::KTUndoManagerType* m_history = nullptr;

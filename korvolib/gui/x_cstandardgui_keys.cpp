@@ -114,6 +114,7 @@ bool CStandardGUI_X::MenuChoice(const KCFixedStringBase& controlName, int32_t ch
     KCGUIControl* const control = scope ? FindControl(controlName) : nullptr;
     if (control == nullptr || !CanTakeInput(*control))
         return false;
+    CloseMenu();
     KCControlPopupMenuHandler* const menu = control->GetControlPopupMenuHandler();
     if (menu == nullptr || choice < 0 || choice >= menu->GetNumChoices())
         return false;

@@ -133,6 +133,26 @@ TEST(WindowText, IsEnteredByTheControlsName) {
 // ---- Menus
 // -------------------------------------------------------------------------------------------------------
 
+TEST(WindowMenu, OpensWithTheRightButtonAndClosesWithAChoiceOrAPress) {
+    sWINDOW window;
+    const auto open = [&window] {
+        EXPECT_TRUE(window.window.MouseDown(Down(180, 72, KEModifier::Secondary)));
+        window.window.MouseUp(Up(180, 72));
+        return window.window.GetOpenMenu();
+    };
+    EXPECT_EQ(window.window.GetOpenMenu(), nullptr);
+    EXPECT_EQ(open(), &window.Control("Mode"));
+    window.window.MenuChoice(KCFixedString<31>("Mode"), 3);
+    EXPECT_EQ(window.window.GetOpenMenu(), nullptr);
+    EXPECT_EQ(open(), &window.Control("Mode"));
+    window.window.MouseDown(Down(398, 298));
+    EXPECT_EQ(window.window.GetOpenMenu(), nullptr);
+    open();
+    window.window.Close();
+    EXPECT_EQ(window.window.GetOpenMenu(), nullptr);
+    EXPECT_TRUE(IsBalanced(window.algorithm.log));
+}
+
 TEST(WindowMenu, ChoiceSetsTheState) {
     sWINDOW window;
     const sHISTORY history(window.algorithm);

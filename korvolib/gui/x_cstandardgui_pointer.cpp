@@ -14,6 +14,7 @@ using PluginViewManager::KEEventType;
 // `gesture` is free.
 bool CStandardGUI_X::Press(sGESTURE& gesture, const KCEventData& event, bool isTouch) {
     KCGUIControl* const control = FindControlAt(event.position);
+    CloseMenu();
     LeaveText(control);
     SelectByPress(control, event);
     if (control == nullptr || !CanTakeInput(*control) || FindCapture(*control) != nullptr)
@@ -31,6 +32,9 @@ bool CStandardGUI_X::Press(sGESTURE& gesture, const KCEventData& event, bool isT
     Send(gesture, [&](KCGUIControl& pressed, Rect& redraw) {
         return isTouch ? pressed.TouchDown(press, redraw, isHandled) : pressed.MouseDown(press, redraw, isHandled);
     });
+    if (isHandled && event.IsModifierDown(KEModifier::Secondary) &&
+        control->GetControlPopupMenuHandler() != nullptr)
+        m_openMenu = control;
     const bool isTaken = isHandled || gesture.hasMoved;
     if (!isHandled)
         EndGesture(gesture);
