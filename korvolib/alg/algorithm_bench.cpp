@@ -8,40 +8,23 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tests/support/bench_algorithm.h>
 #include <tests/support/second_thread.h>
 
 namespace {
 
 using namespace kvKorvo;
 
-// The smallest plug-in that does something for each change: one line of its own.
-class BenchAlgorithm : public cALGORITHM {
+// Somebody hears of its changes, as in every host.
+class BenchAlgorithm : public kvTest::BenchAlgorithm {
   public:
-    explicit BenchAlgorithm(size_t numParams) {
-        for (size_t i = 0; i < numParams; ++i) {
-            sCONTROL_PARAM param;
-            KCFixedString<127> name("Parameter ");
-            name << static_cast<uint64_t>(i);
-            param.SetName(name);
-            param.SetScaleLin(-60.0, 12.0, 0.01);
-            AddParam(param);
-        }
-        FinishCreate();
+    explicit BenchAlgorithm(size_t numParams) : kvTest::BenchAlgorithm(numParams) {
         Broadcaster()->insert(&listener);
     }
-    double gain = 0.0;
     struct Listener : KCAlgorithmListener {
         uint64_t modified = 0;
         void PresetModified(EPluginSetup) override { ++modified; }
     } listener;
-
-  protected:
-    BUFFER_HEADER* ApplyParamSelf(size_t index) override {
-        gain = GetParamRealWorld(index);
-        return nullptr;
-    }
-    BUFFER_HEADER* ApplyAlgSelf() override { return nullptr; }
-    BUFFER_HEADER* InitAlgSelf() override { return nullptr; }
 };
 
 const kvTest::SecondThread g_secondThread;

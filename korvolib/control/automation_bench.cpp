@@ -7,6 +7,7 @@
 
 #include <korvolib/control/midi_value.h>
 
+#include <tests/support/bench_algorithm.h>
 #include <tests/support/second_thread.h>
 
 namespace {
@@ -15,16 +16,9 @@ using namespace kvKorvo;
 
 const kvTest::SecondThread g_secondThread;
 
-class ManyControls : public cALGORITHM {
+class ManyControls : public kvTest::BenchAlgorithm {
   public:
-    explicit ManyControls(size_t numParams, size_t numControls = 0) {
-        for (size_t i = 0; i < numParams; ++i) {
-            sCONTROL_PARAM param;
-            param.SetScaleLin(-60.0, 12.0, 0.01);
-            param.SetInitialState(500.0);
-            AddParam(param);
-        }
-        FinishCreate();
+    explicit ManyControls(size_t numParams, size_t numControls = 0) : kvTest::BenchAlgorithm(numParams, 500.0) {
         for (size_t i = 0; i < numControls; ++i)
             Add({i % numParams});
     }
@@ -36,15 +30,6 @@ class ManyControls : public cALGORITHM {
         GetAutomationManager()->AddNewAutomationControl(std::move(control));
         return added;
     }
-    double gain = 0.0;
-
-  protected:
-    BUFFER_HEADER* ApplyParamSelf(size_t index) override {
-        gain = GetParamRealWorld(index);
-        return nullptr;
-    }
-    BUFFER_HEADER* ApplyAlgSelf() override { return nullptr; }
-    BUFFER_HEADER* InitAlgSelf() override { return nullptr; }
 };
 
 // ---- Matching: the next of a run of events, hits (attached) or misses

@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <tests/support/bench_algorithm.h>
 #include <tests/support/second_thread.h>
 
 namespace {
@@ -11,16 +12,10 @@ using namespace kvKorvo;
 const kvTest::SecondThread g_secondThread;
 
 // `numParams` parameters; the first `numLinked` are one relative group.
-class LinkedAlgorithm : public cALGORITHM {
+class LinkedAlgorithm : public kvTest::BenchAlgorithm {
   public:
-    LinkedAlgorithm(size_t numParams, size_t numLinked, int32_t numOtherGroups = 0) {
-        for (size_t i = 0; i < numParams; ++i) {
-            sCONTROL_PARAM param;
-            param.SetScaleLin(-60.0, 12.0, 0.01);
-            param.SetInitialState(500.0);
-            AddParam(param);
-        }
-        FinishCreate();
+    LinkedAlgorithm(size_t numParams, size_t numLinked, int32_t numOtherGroups = 0)
+        : kvTest::BenchAlgorithm(numParams, 500.0) {
         KCLinkGroups& groups = *GetLinkGroups();
         groups.SetGroupInfo(0, 0, 0.0, KCLinkGroups::LawName("Relative"), true, false);
         for (size_t i = 0; i < numLinked; ++i)
@@ -28,15 +23,6 @@ class LinkedAlgorithm : public cALGORITHM {
         for (int32_t group = 1; group <= numOtherGroups; ++group)
             groups.SetGroupInfo(group, 0, 0.0, KCLinkGroups::LawName("Relative"), true, false);
     }
-    double gain = 0.0;
-
-  protected:
-    BUFFER_HEADER* ApplyParamSelf(size_t index) override {
-        gain = GetParamRealWorld(index);
-        return nullptr;
-    }
-    BUFFER_HEADER* ApplyAlgSelf() override { return nullptr; }
-    BUFFER_HEADER* InitAlgSelf() override { return nullptr; }
 };
 
 void Update(benchmark::State& state, LinkedAlgorithm& algorithm, size_t index) {

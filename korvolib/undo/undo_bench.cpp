@@ -7,35 +7,13 @@
 
 #include <korvolib/undo/undo_commands.h>
 #include <korvolib/undo/undo_manager.h>
+#include <tests/support/bench_algorithm.h>
 
 namespace {
 
 using namespace kvKorvo;
 
-// The smallest plug-in that does something for each change: one line of its own.
-class BenchAlgorithm : public cALGORITHM {
-  public:
-    explicit BenchAlgorithm(size_t numParams) {
-        for (size_t i = 0; i < numParams; ++i) {
-            sCONTROL_PARAM param;
-            KCFixedString<127> name("Parameter ");
-            name << static_cast<uint64_t>(i);
-            param.SetName(name);
-            param.SetScaleLin(-60.0, 12.0, 0.01);
-            AddParam(param);
-        }
-        FinishCreate();
-    }
-    double gain = 0.0;
-
-  protected:
-    BUFFER_HEADER* ApplyParamSelf(size_t index) override {
-        gain = GetParamRealWorld(index);
-        return nullptr;
-    }
-    BUFFER_HEADER* ApplyAlgSelf() override { return nullptr; }
-    BUFFER_HEADER* InitAlgSelf() override { return nullptr; }
-};
+using kvTest::BenchAlgorithm;
 
 // ---- A gesture's step, taken back and brought again, against the updates a drag consists of --------------------
 // The round begins with an update, since an unchanged state makes no step: it counts on the side of undo.
