@@ -42,6 +42,8 @@ void List(const sLIST_OPTIONS& options) {
     }
     const KCHostedPlugin hosted(options.plugin);
     if (options.hasControls) {
+        for (const std::string& problem : hosted.GetProblems())
+            std::fprintf(stderr, "korvo-host: %s\n", problem.c_str());
         std::fputs(ControlTable(hosted.GetAlgorithm()).c_str(), stdout);
         return;
     }

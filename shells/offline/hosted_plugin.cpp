@@ -25,12 +25,8 @@ std::string FindPlugin(const std::string& plugin) {
 
 namespace {
 
-std::string CreateProblem(const cALGORITHM& algorithm, int32_t result) {
-    const sDESCRIPTION_PROBLEM* const problem = algorithm.GetDescriptionProblem(0);
-    if (problem == nullptr)
-        return "error " + std::to_string(result);
-    std::string text = problem->Description.c_str();
-    return text + ":" + std::to_string(problem->Line) + ": " + problem->Text.c_str();
+std::string CreateProblem(const std::vector<std::string>& problems, int32_t result) {
+    return problems.empty() ? "error " + std::to_string(result) : problems.front();
 }
 
 } // namespace
@@ -41,8 +37,17 @@ KCHostedPlugin::KCHostedPlugin(const std::string& plugin) {
         throw KCHostFailure(error.c_str());
     m_runner = std::make_unique<KCPluginRunner>(*m_loader.GetPlugin());
     if (const int32_t result = m_runner->Create(); result != kErr_NoErr)
-        throw KCHostFailure(plugin +
-                            ": the plug-in could not be created: " + CreateProblem(GetAlgorithm(), result));
+        throw KCHostFailure(plugin + ": the plug-in could not be created: " + CreateProblem(GetProblems(), result));
+}
+
+std::vector<std::string> KCHostedPlugin::GetProblems() const {
+    std::vector<std::string> texts;
+    for (size_t number = 0; const sDESCRIPTION_PROBLEM* problem = GetAlgorithm().GetDescriptionProblem(number);
+         ++number) {
+        std::string text = problem->Description.c_str();
+        texts.push_back(text + ":" + std::to_string(problem->Line) + ": " + problem->Text.c_str());
+    }
+    return texts;
 }
 
 } // namespace kvKorvoV12_9_0_320::kvHost

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <shells/plugin_loader.h>
 #include <shells/plugin_runner.h>
@@ -16,6 +17,9 @@ class KCHostedPlugin {
     explicit KCHostedPlugin(const std::string& plugin);
 
     const char* GetName() const { return m_loader.GetEntry()->name; }
+    /// What is wrong with its descriptions or doubtful in them, a line for each: "GUIXML:12: no parameter is named
+    /// \"Gian\"".
+    std::vector<std::string> GetProblems() const;
     const char* GetMaker() const { return m_loader.GetEntry()->maker; }
     cALGORITHM& GetAlgorithm() const { return m_runner->GetAlgorithm(); }
     KCPluginRunner& GetRunner() const { return *m_runner; }

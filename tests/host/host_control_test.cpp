@@ -77,6 +77,21 @@ TEST_F(HostControl, ListsThatThereAreNone) {
     EXPECT_EQ(run.out, "no automation controls\n");
 }
 
+TEST_F(HostControl, ListsWhatIsDoubtfulInTheDescription) {
+    const sPROGRAM_RUN run = Host({"list", kTestPlugins + "doubtful_controls.so", "--controls"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.error,
+              "korvo-host: GUIXML:4: several controls have this name, and the first is found by it: \"Gain\"\n");
+    EXPECT_EQ(Row(run.out, "1"), "1 Gain Pan -");
+    EXPECT_EQ(Host({"list", kStrip, "--controls"}).error, "");
+}
+
+TEST_F(HostControl, RefusesAPluginWhoseControlsCannotBeMade) {
+    const std::string plugin = kTestPlugins + "controls_with_mistakes.so";
+    ExpectRefusal({"list", plugin, "--controls"},
+                  plugin + ": the plug-in could not be created: GUIXML:4: no parameter is named \"Pna\"");
+}
+
 TEST_F(HostControl, ListsNoControlsOfAFolder) {
     ExpectRefusal({"list", kTestPlugins, "--controls"},
                   kTestPlugins + ": a folder, and --controls takes one plug-in");
