@@ -67,7 +67,7 @@ second = PULSES_PER_SECOND
 tempo = [named(b"Knobs"), (0, b"\xFF\x51\x03" + MICROSECONDS_PER_QUARTER.to_bytes(3, "big"))]
 knobs = [
     named(b"Controllers"),
-    *sweep([(0, 127), (half, 20), (LENGTH, 127)], controller(7)),
+    *sweep([(0, 127), (half, 64), (LENGTH, 127)], controller(7)),
     *sweep([(0, 0), (3 * second, 127), (LENGTH, 0)], controller(74)),
     *sweep([(0, 64), (second, 127), (3 * second, 0), (LENGTH, 64)], controller(10)),
 ]

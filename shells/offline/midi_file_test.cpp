@@ -391,7 +391,7 @@ TEST_F(MidiFileOnDisk, OfMoreThanSixteenMebibytesIsRefused) {
 TEST(KnobsOfTheDemo, SweepThreeControllersAndTheBendWhileAKeyIsHeld) {
     using testing::AllOf, testing::Contains;
     const Events events = Parsed(kvTest::ReadSourceFile("demo/knobs.mid"));
-    EXPECT_THAT(Values(events, kvMIDI::kMidiEvent_ControlChange, 7), AllOf(Contains(127), Contains(20)));
+    EXPECT_THAT(Values(events, kvMIDI::kMidiEvent_ControlChange, 7), AllOf(Contains(127), Contains(64)));
     EXPECT_THAT(Values(events, kvMIDI::kMidiEvent_ControlChange, 74), AllOf(Contains(0), Contains(127)));
     EXPECT_THAT(Values(events, kvMIDI::kMidiEvent_ControlChange, 10), AllOf(Contains(0), Contains(127)));
     EXPECT_THAT(events, Contains(sTIMED_MIDI_EVENT{0.5, {0x90, 60, 100}}));
