@@ -98,6 +98,10 @@ void KCGUIControl::SetControlHighlightInfo(bool isHighlighted) {
 
 void KCGUIControl::SetSelectionSelf(int32_t, int32_t) { SetNeedToRedrawControl(); }
 
+bool KCGUIControl::CanDoSelectionSelf(int32_t selection) const {
+    return selection == 0 || (IsVisible() && !IsDisabled());
+}
+
 void KCGUIControl::SetBkgColor(KUColor color) {
     m_hasColor = true;
     m_color = color;

@@ -166,6 +166,8 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     void OnNeedToDraw() noexcept override { SetNeedToRedrawControl(); }
     /// A selection shows: marks for redraw. (Stands behind the slots, as all overrides of the other bases do.)
     void SetSelectionSelf(int32_t minimum, int32_t maximum) override;
+    /// Nobody can select what is hidden or disabled; what is selected may be deselected at any time.
+    bool CanDoSelectionSelf(int32_t selection) const override;
 
     // Place and look --------------------------------------------------------------------------------------------
     Rect GetRect() const noexcept { return m_rect; }

@@ -96,6 +96,10 @@ void CSelectable::SetSelectableFlag(ESelectableFlags flag, bool isOn) noexcept {
         m_selectableFlags[static_cast<size_t>(flag)] = isOn;
 }
 
+bool CSelectable::IsStop() const {
+    return GetSelectableFlag(kSelectable_CanBeSelected) && CanDoSelection(std::max(1, m_lowest));
+}
+
 CSelectable* CSelectable::DoTab(int32_t direction) {
     if (direction == 0)
         return nullptr;
@@ -105,15 +109,14 @@ CSelectable* CSelectable::DoTab(int32_t direction) {
     const auto back = [direction](CSelectable* from) {
         return direction > 0 ? from->GetPrevious() : from->GetNext();
     };
-    const auto isStop = [](const CSelectable* at) { return at->GetSelectableFlag(kSelectable_CanBeSelected); };
     for (CSelectable* at = step(this); at != nullptr && at != this; at = step(at))
-        if (isStop(at))
+        if (at->IsStop())
             return at;
     CSelectable* otherEnd = this;
     while (back(otherEnd) != nullptr && back(otherEnd) != this)
         otherEnd = back(otherEnd);
     for (CSelectable* at = otherEnd; at != nullptr && at != this; at = step(at))
-        if (isStop(at))
+        if (at->IsStop())
             return at;
     return nullptr;
 }

@@ -19,7 +19,7 @@ namespace kvKorvoV12_9_0_320 {
 class CSelectableHome;
 
 enum ESelectableFlags : int32_t {
-    kSelectable_CanBeSelected, // Tab stops here; others are passed over
+    kSelectable_CanBeSelected, // Tab stops here, unless it refuses; others are passed over
     kSelectable_TextEntry,     // takes typed text when selected
     kSelectable_KeepOnShift,   // stays selected when another is selected with Shift
     kSelectable_First,         // where GoHome goes, instead of the first in order
@@ -63,14 +63,17 @@ class KORVO_API CSelectable : public KCNeighborable<CSelectable*> {
     bool CanDoMode(int32_t mode) const { return CanDoModeSelf(mode); }
     bool GetSelectableFlag(ESelectableFlags flag) const noexcept;
     void SetSelectableFlag(ESelectableFlags flag, bool isOn) noexcept;
-    /// The next that can be selected, in a direction's sign, round the end of the list; null when there is no
-    /// other.
+    /// The next that can be selected and does not refuse, in a direction's sign, round the end of the list; null
+    /// when there is no other.
     CSelectable* DoTab(int32_t direction);
     /// Whether it stays selected when another one is selected with Shift. (The name is part of the interface.)
     bool SholdKeepSelectedOnShift() const noexcept { return GetSelectableFlag(kSelectable_KeepOnShift); }
 
   private:
     friend class CSelectableHome;
+    /// Keys stop here: it can be selected, and would not refuse now.
+    bool IsStop() const;
+
     std::bitset<kNumSelectableFlags> m_selectableFlags;
     int32_t m_lowest = 0, m_highest = 1;
     int32_t m_minSelection = 0, m_maxSelection = 0;

@@ -50,7 +50,7 @@ void CSelectableHome::ResetSelectedList() {
 bool CSelectableHome::GoHome() {
     CSelectable* home = nullptr;
     for (CSelectable* selectable : m_list) {
-        if (!CanBeSelected(*selectable))
+        if (!selectable->IsStop())
             continue;
         const bool isFirst = selectable->GetSelectableFlag(kSelectable_First);
         if (home == nullptr || isFirst)
@@ -129,7 +129,7 @@ CSelectable* CSelectableHome::MoveSelection(int32_t direction) {
     else if (direction > 0)
         return GoHome() ? CurrMaxSelected() : nullptr;
     else
-        next = CanBeSelected(*m_list.back()) ? m_list.back() : m_list.back()->DoTab(-1);
+        next = m_list.back()->IsStop() ? m_list.back() : m_list.back()->DoTab(-1);
     if (next != nullptr)
         AdjustSelectionToClick(next, KUModifiers());
     return next;

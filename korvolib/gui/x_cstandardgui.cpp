@@ -120,6 +120,8 @@ int32_t CStandardGUI_X::Rebuild(const KCXMLElement& root) {
 int32_t CStandardGUI_X::Finish() {
     ResolveDependents();
     Arrange();
+    for (size_t index = 0; index < m_controlsOfParam.size(); ++index)
+        FollowHiddenParam(index); // the mark that told of it may have gone to a window before this one
     NameLinkGroups();
     return m_problems.empty() ? kErr_NoErr : kErr_BadDescription;
 }

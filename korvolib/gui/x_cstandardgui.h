@@ -219,6 +219,7 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     void HoverOver(KCGUIControl* control, const KCEventData& event);
     void SendHover(double timeSeconds);
     void RefreshParam(size_t index);
+    void FollowHiddenParam(size_t index);
 
     // Picture
     kvGS::SGSStream DescribePicture(bool isWhole) noexcept;

@@ -191,13 +191,20 @@ void CStandardGUI_X::Idle(double timeSeconds) {
 void CStandardGUI_X::RefreshParam(size_t index) {
     m_algorithm->GetParam(index)->SetRefreshMark(0);
     for (const uint32_t number : m_controlsOfParam[index]) {
+        m_controls[number].control->UpdateDisabledMode();
+        m_controls[number].control->SetNeedToRedrawControl();
+    }
+    FollowHiddenParam(index);
+}
+
+// Shows again only what it has hidden itself.
+void CStandardGUI_X::FollowHiddenParam(size_t index) {
+    const bool isHidden = m_algorithm->GetParam(index)->IsHidden();
+    for (const uint32_t number : m_controlsOfParam[index]) {
         sPLACE& place = m_controls[number];
         KCGUIControl& control = *place.control;
-        control.UpdateDisabledMode();
-        control.SetNeedToRedrawControl();
         if (control.GetLeadParamIndex() != index)
             continue;
-        const bool isHidden = m_algorithm->GetParam(index)->IsHidden();
         if (isHidden && !control.GetControlFlag(kControl_Hidden)) {
             place.isHiddenByParam = true;
             control.Hide();
