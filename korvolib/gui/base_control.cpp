@@ -3,6 +3,7 @@
 #include <korvolib/gui/base_control.h>
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <new>
 
@@ -176,12 +177,32 @@ int32_t KCBaseControl::UnRegisterParam(size_t paramIndex) {
 }
 
 void KCBaseControl::UnRegisterAll() {
-    for (KCParamRegistrationData& registration : m_params)
-        registration.Release();
+    std::exception_ptr thrown;
+    try {
+        FinishDragParams();
+    } catch (...) {
+        thrown = std::current_exception();
+    }
     UnbindAll();
     m_params.clear();
     m_leadPosition = 0;
     SettleLead();
+    if (thrown != nullptr)
+        std::rethrow_exception(thrown);
+}
+
+void KCBaseControl::FinishDragParams() {
+    std::exception_ptr first;
+    for (KCParamRegistrationData& registration : m_params) {
+        try {
+            registration.FinishDragParam();
+        } catch (...) {
+            if (first == nullptr)
+                first = std::current_exception();
+        }
+    }
+    if (first != nullptr)
+        std::rethrow_exception(first);
 }
 
 int32_t KCBaseControl::AddParamArrayRegData(const KCParamRegistrationData& registration) {

@@ -155,6 +155,9 @@ class KORVO_API KCBaseControl {
     void OnParamChanged(size_t paramIndex) noexcept;
     void BindAll();
     void UnbindAll() noexcept;
+    /// Every parameter that is held is let go and its residues are gone, though the plug-in's Release may throw
+    /// each time: the first exception passes.
+    void FinishDragParams();
 
     KCFixedString<127> m_name;
     std::bitset<kNumControlFlags> m_flags;

@@ -40,7 +40,12 @@ KCGUIControl::KCGUIControl(const KCGUIControl& other)
     EndHover();
 }
 
-KCGUIControl::~KCGUIControl() { Release(); }
+KCGUIControl::~KCGUIControl() {
+    try {
+        Release();
+    } catch (...) { // NOLINT(bugprone-empty-catch): a destructor has nobody to tell
+    }
+}
 
 int32_t KCGUIControl::FinishCreate() {
     UpdateDisabledMode();
@@ -279,7 +284,10 @@ void KCGUIControl::AddRedraw(Rect& redraw) const {
 }
 
 void KCGUIControl::UpdatePointer(size_t paramIndex) noexcept {
-    UpdateDisabledMode();
+    try {
+        UpdateDisabledMode();
+    } catch (...) { // NOLINT(bugprone-empty-catch): a plug-in's Release; who moved the parameter has no part in it
+    }
     SetNeedToRedrawControl();
     UpdatePointerSelf(paramIndex);
 }

@@ -59,18 +59,15 @@ void KCGUIControl::TouchParamOf(size_t registration) {
 }
 
 void KCGUIControl::EndSingleEvent() {
-    if (m_isInGesture)
-        return;
-    for (KCParamRegistrationData& param : m_params)
-        param.Release();
+    if (!m_isInGesture)
+        FinishDragParams();
 }
 
 void KCGUIControl::Release() {
     m_isInGesture = false;
     m_isDragPress = false;
     m_isDragDropping = false;
-    for (KCParamRegistrationData& param : m_params)
-        param.FinishDragParam();
+    FinishDragParams();
 }
 
 BUFFER_HEADER* KCGUIControl::SetStateOf(size_t registration, double state) {
@@ -134,7 +131,7 @@ BUFFER_HEADER* KCGUIControl::BeginPress(const KCEventData& event, bool& isHandle
     }
     m_isInGesture = isHandled;
     KCEventChain chain(m_algorithm);
-    for (size_t i = 0; i < m_params.size(); ++i)
+    for (size_t i = 0; m_isInGesture && i < m_params.size(); ++i) // a hook may end it
         if (Matches(m_params[i], event.modifiers))
             chain.Append(FirePress(i, event));
     return chain.Take();
@@ -203,7 +200,7 @@ BUFFER_HEADER* KCGUIControl::DragBy(const KCEventData& event, double deltaX, dou
     const KUModifiers keys = event.GetAllKeyModifiers();
     AdoptModifiers(keys);
     KCEventChain chain(m_algorithm);
-    for (size_t i = 0; m_isDragPress && i < m_params.size(); ++i)
+    for (size_t i = 0; m_isInGesture && m_isDragPress && i < m_params.size(); ++i) // a hook may end it
         if (Matches(m_params[i], keys) && IsDragged(m_params[i]))
             chain.Append(DragRegistration(i, keys, acrossPixels, upPixels));
     if (m_isInGesture && !m_isDragDropping && IsDragDropDistance(event))

@@ -11,26 +11,6 @@
 
 namespace kvKorvoV12_9_0_320 {
 
-namespace {
-
-// Every registration, though the hook that hears of the release may throw each time; the first exception passes.
-void ReleaseAll(KCGUIControl& control) {
-    std::exception_ptr first;
-    for (size_t tries = control.GetParamDataVec().size() + 1; tries > 0; --tries) {
-        try {
-            control.Release();
-            break;
-        } catch (...) {
-            if (first == nullptr)
-                first = std::current_exception();
-        }
-    }
-    if (first != nullptr)
-        std::rethrow_exception(first);
-}
-
-} // namespace
-
 CStandardGUI_X::BUFFER_HEADER* CStandardGUI_X::ChainBuffers(BUFFER_HEADER* first, BUFFER_HEADER* second) {
     return cALGORITHM::ChainBufs(first, second);
 }
@@ -57,7 +37,7 @@ void CStandardGUI_X::EndGesture(sGESTURE& gesture) {
         m_algorithm->ExecuteAndDisposeBuffer(pending);
         m_algorithm->SetUpdateAlgRequired(); // others may have sent newer values meanwhile
     }
-    ReleaseAll(*ended.control);
+    ended.control->Release();
     if (ended.hasMoved)
         InsertStep(*ended.control);
 }
