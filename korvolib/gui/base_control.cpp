@@ -6,6 +6,7 @@
 #include <exception>
 #include <iterator>
 #include <new>
+#include <utility>
 
 #include <korvolib/graphicstream/binary_writer.h>
 #include <korvolib/graphicstream/converters.h>
@@ -23,7 +24,13 @@ KCBaseControl::KCBaseControl(KEControlBinding kind) : m_binding(*this, kind) {}
 KCBaseControl::KCBaseControl(const KCBaseControl& other)
     : m_name(other.m_name), m_flags(other.m_flags), m_params(other.m_params), m_leadPosition(other.m_leadPosition),
       m_algorithm(other.m_algorithm), m_binding(*this, other.m_binding.GetKind()) {
-    BindAll();
+    try {
+        for (const KCParamRegistrationData& registration : m_params)
+            Bind(registration.GetParamIndex());
+    } catch (...) { // no destructor will run
+        UnbindAll();
+        throw;
+    }
 }
 
 KCBaseControl::~KCBaseControl() { UnbindAll(); }
@@ -36,11 +43,6 @@ void KCBaseControl::Bind(size_t paramIndex) {
         param->AddController(&m_binding);
     else
         param->AddObserver(&m_binding);
-}
-
-void KCBaseControl::BindAll() {
-    for (const KCParamRegistrationData& registration : m_params)
-        Bind(registration.GetParamIndex());
 }
 
 void KCBaseControl::UnbindAll() noexcept {
@@ -133,13 +135,15 @@ int32_t KCBaseControl::Register(const KCParamRegistrationData& registration) {
     const bool isStranger = m_algorithm != nullptr && m_algorithm != algorithm && !m_params.empty();
     if (isStranger || !registration.IsBound())
         return kErr_Generic;
+    const size_t numBefore = m_params.size();
+    const size_t paramIndex = registration.GetParamIndex(); // the record may be one of this control's own
+    cALGORITHM* const algorithmBefore = std::exchange(m_algorithm, algorithm);
     try {
         m_params.push_back(registration);
-        m_algorithm = algorithm;
-        Bind(registration.GetParamIndex());
+        Bind(paramIndex);
     } catch (const std::bad_alloc&) {
-        if (algorithm == m_algorithm && !m_params.empty())
-            m_params.pop_back();
+        m_params.resize(numBefore);
+        m_algorithm = algorithmBefore;
         return kErr_AllocationFailed;
     }
     SettleLead();
@@ -244,12 +248,30 @@ int32_t KCBaseControl::RegisterFromParamArrayRegData(size_t element) {
         }
     if (numArrays == 0)
         return kErr_Generic;
-    UnbindAll();
-    for (KCParamRegistrationData& registration : m_params)
-        if (registration.IsParamArrayRegData())
-            registration.SetRegisteredParam(
-                m_algorithm, FindArrayParam(*m_algorithm, registration.GetParamArrayName(), element));
-    BindAll();
+    return MoveToParams([this, element](const KCParamRegistrationData& registration) {
+        return registration.IsParamArrayRegData()
+                   ? FindArrayParam(*m_algorithm, registration.GetParamArrayName(), element)
+                   : registration.GetParamIndex();
+    });
+}
+
+// The new parameters are bound before an old one is let go: where there is no memory, nothing has happened.
+template <class IndexOf>
+int32_t KCBaseControl::MoveToParams(IndexOf indexOf) {
+    try {
+        for (const KCParamRegistrationData& registration : m_params)
+            Bind(indexOf(registration));
+    } catch (const std::bad_alloc&) {
+        for (const KCParamRegistrationData& registration : m_params)
+            UnbindUnlessNamed(indexOf(registration));
+        return kErr_AllocationFailed;
+    }
+    for (KCParamRegistrationData& registration : m_params) {
+        const size_t before = registration.GetParamIndex();
+        if (const size_t now = indexOf(registration); now != before)
+            registration.SetRegisteredParam(m_algorithm, now);
+        UnbindUnlessNamed(before);
+    }
     return kErr_NoErr;
 }
 
@@ -261,12 +283,9 @@ int32_t KCBaseControl::OffsetParamIter(ptrdiff_t offset) {
     for (const KCParamRegistrationData& registration : m_params)
         if (registration.IsBound() && moved(registration) >= m_algorithm->GetNumParams())
             return kErr_Generic;
-    UnbindAll();
-    for (KCParamRegistrationData& registration : m_params)
-        if (registration.IsBound())
-            registration.SetRegisteredParam(m_algorithm, moved(registration));
-    BindAll();
-    return kErr_NoErr;
+    return MoveToParams([moved](const KCParamRegistrationData& registration) {
+        return registration.IsBound() ? moved(registration) : registration.GetParamIndex();
+    });
 }
 
 // Questions

@@ -126,9 +126,11 @@ class KORVO_API KCBaseControl {
     void UnRegisterAll();
     /// Records that stand for one element of an array of parameters, named "NAME 1", "NAME 2", …
     int32_t AddParamArrayRegData(const KCParamRegistrationData& registration);
-    /// Binds them to element `element`, from 0. kErr_Generic where there is no such parameter: nothing changes.
+    /// Binds them to element `element`, from 0. kErr_Generic where there is no such parameter,
+    /// kErr_AllocationFailed: nothing changes.
     int32_t RegisterFromParamArrayRegData(size_t element);
-    /// Every registration moves on by `offset` parameters; kErr_Generic when one would leave the list: none moves.
+    /// Every registration moves on by `offset` parameters; kErr_Generic when one would leave the list,
+    /// kErr_AllocationFailed: none moves.
     int32_t OffsetParamIter(ptrdiff_t offset);
     bool NeedToResetParam() const noexcept { return m_flags[kControl_NeedToResetParams]; }
     bool IsAutomatable() const;
@@ -153,7 +155,6 @@ class KORVO_API KCBaseControl {
     friend class KCControlBinding;
     /// Each registration of the parameter follows it, then UpdatePointer.
     void OnParamChanged(size_t paramIndex) noexcept;
-    void BindAll();
     void UnbindAll() noexcept;
     /// Every parameter that is held is let go and its residues are gone, though the plug-in's Release may throw
     /// each time: the first exception passes.
@@ -168,6 +169,8 @@ class KORVO_API KCBaseControl {
   private:
     void Bind(size_t paramIndex);
     void UnbindUnlessNamed(size_t paramIndex) noexcept;
+    template <class IndexOf>
+    int32_t MoveToParams(IndexOf indexOf);
     void SettleLead() noexcept;
     int32_t WriteFlags(KCXMLElement& element) const;
     int32_t WriteParameterList(KCXMLElement& element) const;

@@ -3,15 +3,21 @@
 #include <tests/support/sanitized.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
 namespace {
 thread_local size_t t_allocations = 0;
+thread_local size_t t_limit = SIZE_MAX; // of t_allocations, beyond which there is no memory
+
+bool IsOutOfMemory() noexcept { return t_allocations > t_limit; }
 } // namespace
 
 namespace kvTest {
 size_t AllocationsOfThisThread() noexcept { return t_allocations; }
+AllocationFailure::AllocationFailure(size_t numGiven) noexcept { t_limit = t_allocations + numGiven; }
+AllocationFailure::~AllocationFailure() { t_limit = SIZE_MAX; }
 } // namespace kvTest
 
 #if !defined(KORVO_TEST_SANITIZED)
@@ -23,7 +29,7 @@ void* __libc_realloc(void* block, size_t size) noexcept;
 
 void* malloc(size_t size) noexcept {
     ++t_allocations;
-    return __libc_malloc(size);
+    return IsOutOfMemory() ? nullptr : __libc_malloc(size);
 }
 void* calloc(size_t count, size_t size) noexcept {
     ++t_allocations;
@@ -40,7 +46,7 @@ void* realloc(void* block, size_t size) noexcept {
 namespace {
 void* CountedMalloc(size_t size) noexcept {
     ++t_allocations;
-    return std::malloc(size == 0 ? 1 : size);
+    return IsOutOfMemory() ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 void* CountedNew(size_t size) {
     if (void* block = CountedMalloc(size))

@@ -23,4 +23,14 @@ class AllocationCount {
     size_t m_atStart;
 };
 
+/// While it lives: after `numGiven` more, whatever this thread asks of operator new throws std::bad_alloc. One at a
+/// time.
+class AllocationFailure {
+  public:
+    explicit AllocationFailure(size_t numGiven) noexcept;
+    ~AllocationFailure();
+    AllocationFailure(const AllocationFailure&) = delete;
+    AllocationFailure& operator=(const AllocationFailure&) = delete;
+};
+
 } // namespace kvTest
