@@ -7,6 +7,7 @@
 #pragma once
 
 #include <korvolib/alg/algorithm.h>
+#include <korvolib/control/automation_manager.h>
 #include <korvolib/utilities/error_codes.h>
 #include <shells/plugin.h>
 
@@ -35,6 +36,13 @@ class KCPluginAlgorithm : public cALGORITHM, public KCPlugin {
         for (size_t index = GetNumParams(); index-- > 0;)
             chain = ChainBufs(ApplyParamSelf(index), chain);
         return chain;
+    }
+
+    /// A plug-in that describes no controls is automated by one for each parameter.
+    void CreateSpecificAutomationControls() override {
+        KCAutomationManager& manager = *GetAutomationManager();
+        if (manager.GetNumAutomationControllers() == 0)
+            manager.AddControlsForParams();
     }
 
     /// Nothing beyond what ApplyAlgSelf sends; a host runs both before the first block of audio.

@@ -31,8 +31,7 @@ class HostControl : public HostTest {
     std::string Callbacks() const { return ReadBytes(Path("c.txt")); }
     void ExpectRefusalOf(const std::string& event, const std::string& complaint,
                          const std::string& plugin = kStrip) const {
-        WriteText("s.yaml", "- {at: 0, set: " + std::string(plugin == kStrip ? "Bypass" : "Gain") +
-                                ", state: 0}\n- {at: 0, " + event + "}\n");
+        WriteText("s.yaml", "- {at: 0, setup: A}\n- {at: 0, " + event + "}\n");
         ExpectRefusal(Arguments(plugin), "s.yaml:2: " + complaint);
     }
     /// The row of a control, its cells one blank apart.
@@ -71,8 +70,14 @@ TEST_F(HostControl, ListsTheControlsOfTheDocument) {
     EXPECT_EQ(Row(run.out, "2"), "no control 2");
 }
 
-TEST_F(HostControl, ListsThatThereAreNone) {
+TEST_F(HostControl, ListsAControlForEachParameterWhereNoneIsDescribed) {
     const sPROGRAM_RUN run = Host({"list", kTestPlugins + "readme_gain.so", "--controls"});
+    EXPECT_EQ(Row(run.out, "0"), "0 Gain Gain -");
+    EXPECT_EQ(Row(run.out, "1"), "no control 1");
+}
+
+TEST_F(HostControl, ListsThatThereAreNone) {
+    const sPROGRAM_RUN run = Host({"list", kTestPlugins + "delay.so", "--controls"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "no automation controls\n");
 }
@@ -152,7 +157,7 @@ TEST_F(HostControl, RefusesAnUnknownControl) {
     ExpectRefusalOf("learn: xylophone",
                     "no automation control is named \"xylophone\"; 'korvo-host list --controls' shows the names");
     ExpectRefusalOf("detach: Gain", "no automation control is named \"Gain\"; the plug-in has none",
-                    kTestPlugins + "readme_gain.so");
+                    kTestPlugins + "delay.so");
 }
 
 TEST_F(HostControl, RefusesAValueThatASteppedControlDoesNotHave) {
