@@ -117,6 +117,14 @@ TEST_F(GUIControlEvents, TheMenuListsTheStatesAndAChoiceMovesThere) {
     EXPECT_EQ(menu->GetCurrentChoice(), 3);
 }
 
+TEST_F(GUIControlEvents, TheMenuShowsNumbersWithTheirUnits) {
+    Add(1, kRegister_Menu);
+    alg.GetParam(1)->SetUnitsString(KCFixedString<63>("dB/oct"));
+    KCFixedString<63> text;
+    control.GetControlPopupMenuHandler()->GetChoiceText(3, text);
+    EXPECT_STREQ(text.c_str(), "3 dB/oct");
+}
+
 TEST_F(GUIControlEvents, AContinuousParameterHasNoMenu) {
     Add(0, kRegister_Menu);
     EXPECT_EQ(control.GetControlPopupMenuHandler(), nullptr);

@@ -5,6 +5,7 @@
 
 #include <korvolib/alg/algorithm.h>
 #include <korvolib/alg/param_text.h>
+#include <korvolib/gui/controls/draw_shapes_internal.h>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -26,6 +27,7 @@ void KCStateMenu::GetChoiceText(int32_t choice, KCFixedStringBase& text) const {
         return;
     const double state = choice * m_algorithm->GetStateStep(m_paramIndex);
     FormatValueText(*m_algorithm->GetParam(m_paramIndex), m_algorithm->StateToRealWorld(m_paramIndex, state), text);
+    AppendUnits(text, m_algorithm->GetParam(m_paramIndex)->GetUnitsString());
 }
 
 int32_t KCStateMenu::GetCurrentChoice() const {

@@ -1,5 +1,5 @@
-// KCControlPopupMenuHandler: the choices that a control offers when it is pressed with the right button. A view
-// shows them in a menu of its own and hands the choice back (KCGUIControl::DoControlPopupMenuSelf).
+// KCControlPopupMenuHandler: the choices that a control offers when it is pressed with the right button. The window
+// draws them, or its view shows them in a menu of its own and hands the choice back (CStandardGUI_X::MenuChoice).
 // Thread: [main], with the algorithm's lock held. Nothing allocates.
 #pragma once
 
@@ -24,7 +24,7 @@ class KORVO_API KCControlPopupMenuHandler {
     virtual int32_t GetCurrentChoice() const = 0;
 };
 
-/// The states of a discrete parameter, each by its text.
+/// The states of a discrete parameter, each by its text: a value with its units, as its control shows it.
 class KORVO_API KCStateMenu final : public KCControlPopupMenuHandler {
   public:
     /// More states than this are no menu that anybody could read.

@@ -92,6 +92,7 @@ int32_t CStandardGUI_X::UpdateFromXML(const char* xml) {
     if (!event)
         return kErr_Generic;
     EndAllGestures();
+    CloseMenu();
     try {
         m_problems.clear();
         KCXMLElement root;

@@ -35,6 +35,7 @@
 #include <vector>
 
 #include <korvolib/gui/drawable.h>
+#include <korvolib/gui/drawn_menu.h>
 #include <korvolib/gui/gui_control.h>
 #include <korvolib/gui/theme.h>
 #include <korvolib/undo/undo_command.h>
@@ -101,10 +102,17 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     bool EnterText(const KCFixedStringBase& controlName, const KCFixedStringBase& text);
     /// What a menu of a control chose: a state number of its first menu registration.
     bool MenuChoice(const KCFixedStringBase& controlName, int32_t choice);
-    /// The control that was pressed with the right button and offers choices (GetControlPopupMenuHandler): the view
-    /// shows them and answers with MenuChoice or CloseMenu. Null when there is none; the next press closes it too.
+    /// The control that was pressed with the right button and offers choices (GetControlPopupMenuHandler); null
+    /// when there is none. The window draws them over everything. A press on a row chooses as MenuChoice does, any
+    /// other closes the menu and does nothing else; the wheel scrolls; of the keys, arrows, page keys, Home and End
+    /// move the highlighted row, Enter and Space choose it, Escape and Tab close.
     KCGUIControl* GetOpenMenu() const noexcept { return m_openMenu; }
-    void CloseMenu() noexcept { m_openMenu = nullptr; }
+    void CloseMenu() noexcept;
+    /// False for a view that shows the choices in a menu of its own, and answers with MenuChoice or CloseMenu; the
+    /// next press closes it too, and goes on to what it meets. True unless told.
+    void SetDrawsMenus(bool drawsMenus) noexcept;
+    /// The menu that is drawn over the window; null when none is.
+    const KCDrawnMenu* GetDrawnMenu() const noexcept { return IsMenuDrawn() ? &m_menu : nullptr; }
     /// From the view's timer: what parameters ask for (refresh marks, disabled and hidden ones), hover delays.
     void Idle(double timeSeconds);
 
@@ -221,6 +229,17 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     void RefreshParam(size_t index);
     void FollowHiddenParam(size_t index);
 
+    // Menu
+    bool IsMenuDrawn() const noexcept { return m_openMenu != nullptr && m_drawsMenus; }
+    void OpenMenu(KCGUIControl& control);
+    bool FindDrawnMenu(); // and closes one that is out of date
+    void PressMenu(KUPoint<double> point);
+    bool SendMenuKey(uint32_t key);
+    bool Choose(KCGUIControl& control, int32_t choice);
+    void MarkMenu(bool hasChanged = true) noexcept;
+    bool IsMenuTouched() const;
+    void RecordMenu(Writer& writer) const;
+
     // Picture
     kvGS::SGSStream DescribePicture(bool isWhole) noexcept;
     int32_t DrawAll(Writer& writer);
@@ -261,6 +280,9 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     KUPoint<double> m_hoverPosition;
     KCGUIControl* m_textFocus = nullptr;
     KCGUIControl* m_openMenu = nullptr;
+    KCDrawnMenu m_menu; // of m_openMenu
+    bool m_drawsMenus = true;
+    bool m_isMenuMarked = false;
     bool m_isInEvent = false;
     bool m_isCloseWanted = false; // inside an event
     Undo::KTUndoManagerType* m_history = nullptr;

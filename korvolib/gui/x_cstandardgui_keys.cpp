@@ -1,4 +1,4 @@
-// Keys and typed text, menus, hovering, and what parameters ask of a window between events.
+// Keys and typed text, hovering, and what parameters ask of a window between events.
 
 #include <korvolib/gui/x_cstandardgui_gesture_internal.h>
 
@@ -58,6 +58,8 @@ bool CStandardGUI_X::Key(const KCEventData& event) {
 }
 
 bool CStandardGUI_X::SendKey(const KCEventData& event) {
+    if (FindDrawnMenu() && SendMenuKey(event.key))
+        return true;
     if (event.key == PluginViewManager::kKey_Tab) {
         LeaveText(nullptr);
         return MoveSelection(DirectionFromTabModifiers(event.modifiers)) != nullptr;
@@ -109,19 +111,6 @@ bool CStandardGUI_X::EnterText(const KCFixedStringBase& controlName, const KCFix
     return isAccepted;
 }
 
-bool CStandardGUI_X::MenuChoice(const KCFixedStringBase& controlName, int32_t choice) {
-    const sEVENT scope(*this);
-    KCGUIControl* const control = scope ? FindControl(controlName) : nullptr;
-    if (control == nullptr || !CanTakeInput(*control))
-        return false;
-    CloseMenu();
-    KCControlPopupMenuHandler* const menu = control->GetControlPopupMenuHandler();
-    if (menu == nullptr || choice < 0 || choice >= menu->GetNumChoices())
-        return false;
-    (void)SendWhole(*control, [&](KCGUIControl& chosen, Rect&) { return chosen.DoControlPopupMenuSelf(choice); });
-    return true;
-}
-
 // ---- Hovering
 // ----------------------------------------------------------------------------------------------------
 
@@ -130,11 +119,14 @@ bool CStandardGUI_X::MouseOver(const KCEventData& event) {
     if (!scope || !event.IsFinite() || m_mouse.control != nullptr)
         return false;
     const bool hasLeft = event.type == KEEventType::MouseOut;
-    KCGUIControl* const control = hasLeft ? nullptr : FindControlAt(event.position);
+    const bool isMenuOpen = FindDrawnMenu();
+    if (isMenuOpen)
+        MarkMenu(m_menu.Highlight(hasLeft ? KCDrawnMenu::kNoChoice : m_menu.FindChoiceAt(event.position)));
+    KCGUIControl* const control = hasLeft || isMenuOpen ? nullptr : FindControlAt(event.position);
     HoverOver(control != nullptr && CanTakeInput(*control) ? control : nullptr, event);
     m_hoverPosition = event.position;
     if (m_hovered == nullptr)
-        return false;
+        return isMenuOpen;
     m_hover.control = m_hovered; // again, after a gesture that ended the stay
     Send(m_hover, [&](KCGUIControl& hovered, Rect& redraw) { return hovered.MouseOver(event, redraw); });
     return true;
@@ -184,6 +176,7 @@ void CStandardGUI_X::Idle(double timeSeconds) {
         if (m_algorithm->GetParam(index)->GetRefreshMark() != 0)
             RefreshParam(index);
     EndStrandedGestures();
+    (void)FindDrawnMenu();
     if (std::isfinite(timeSeconds))
         SendHover(timeSeconds);
 }

@@ -78,6 +78,7 @@ void CStandardGUI_X::Settle() noexcept {
     }
     m_dirty.clear();
     m_needsAll = false;
+    m_isMenuMarked = false;
     m_needsRedraw.store(false, std::memory_order_relaxed);
 }
 
@@ -98,6 +99,7 @@ int32_t CStandardGUI_X::Draw(Writer& writer) {
 }
 
 int32_t CStandardGUI_X::DrawAll(Writer& writer) {
+    (void)FindDrawnMenu();
     if (std::any_of(m_controls.begin(), m_controls.end(), HasMoved))
         Arrange();
     {
@@ -117,6 +119,7 @@ int32_t CStandardGUI_X::DrawDirty(Writer& writer) {
         return kErr_Generic;
     if (!NeedsRedraw())
         return kErr_NoErr;
+    (void)FindDrawnMenu();
     const bool hasMoved = std::any_of(m_dirty.begin(), m_dirty.end(),
                                       [this](uint32_t number) { return HasMoved(m_controls[number]); });
     if (m_needsAll || hasMoved)
@@ -126,6 +129,8 @@ int32_t CStandardGUI_X::DrawDirty(Writer& writer) {
         ResetSettings(writer);
         for (const uint32_t number : m_dirty)
             RecordAround(writer, m_controls[number]);
+        if (IsMenuTouched())
+            RecordMenu(writer);
     }
     Settle();
     return writer.GetError();
@@ -146,6 +151,8 @@ void CStandardGUI_X::RecordAll(Writer& writer) const {
     for (const uint32_t number : m_order)
         RecordControl(writer, m_controls[number]);
     RecordCarried(writer);
+    if (IsMenuDrawn())
+        RecordMenu(writer);
 }
 
 // The place of a control, from the window's ground up.
@@ -181,6 +188,23 @@ void CStandardGUI_X::RecordControl(Writer& writer, const sPLACE& place) const {
 void CStandardGUI_X::RecordCarried(Writer& writer) const {
     if (m_mouse.isCarrying)
         m_mouse.control->GetDrawInstructionsDragDropImage(writer, m_mouse.last);
+}
+
+// By its own mark, by that of its control, whose value it shows, or by what has been drawn over it.
+bool CStandardGUI_X::IsMenuTouched() const {
+    return IsMenuDrawn() && (m_isMenuMarked || std::any_of(m_dirty.begin(), m_dirty.end(), [this](uint32_t number) {
+                                 const sPLACE& place = m_controls[number];
+                                 return place.control.get() == m_openMenu ||
+                                        m_menu.GetRect().Intersects(place.rect.Inset(-1.0, -1.0));
+                             }));
+}
+
+void CStandardGUI_X::RecordMenu(Writer& writer) const {
+    const KCControlPopupMenuHandler* const choices = m_openMenu->GetControlPopupMenuHandler();
+    if (choices == nullptr)
+        return;
+    const KCClippedFrame frame(writer, m_menu.GetRect());
+    m_menu.Draw(writer, *m_openMenu, *choices);
 }
 
 KURect<double> CStandardGUI_X::DrawnRect(const KCGUIControl& control) {

@@ -8,6 +8,12 @@ namespace kvKorvoV12_9_0_320 {
 
 using PluginViewManager::KEEventType;
 
+namespace {
+
+constexpr double kRowsPerNotch = 3.0; // of a menu that scrolls
+
+} // namespace
+
 // ---- What the mouse and a finger share
 // ---------------------------------------------------------------------------
 
@@ -34,7 +40,7 @@ bool CStandardGUI_X::Press(sGESTURE& gesture, const KCEventData& event, bool isT
     });
     if (isHandled && event.IsModifierDown(KEModifier::Secondary) &&
         control->GetControlPopupMenuHandler() != nullptr)
-        m_openMenu = control;
+        OpenMenu(*control);
     const bool isTaken = isHandled || gesture.hasMoved;
     if (!isHandled)
         EndGesture(gesture);
@@ -131,6 +137,10 @@ bool CStandardGUI_X::MouseDown(const KCEventData& event) {
     if (!scope || !event.IsFinite())
         return false;
     EndGesture(m_mouse);
+    if (FindDrawnMenu()) {
+        PressMenu(event.position);
+        return true;
+    }
     return Press(m_mouse, event, false);
 }
 
@@ -160,6 +170,10 @@ bool CStandardGUI_X::MouseWheel(const KCEventData& event, double deltaX, double 
     const sEVENT scope(*this);
     if (!scope || !event.IsFinite() || !std::isfinite(deltaX) || !std::isfinite(deltaY))
         return false;
+    if (FindDrawnMenu()) {
+        MarkMenu(m_menu.Scroll(-kRowsPerNotch * deltaY));
+        return true;
+    }
     KCGUIControl* const control = m_mouse.control != nullptr ? m_mouse.control : FindControlAt(event.position);
     if (control == nullptr || !CanTakeInput(*control))
         return false;
@@ -177,6 +191,10 @@ bool CStandardGUI_X::TouchDown(const KCEventData& event) {
         return false;
     if (sGESTURE* const before = FindTouch(event.touchID); before != nullptr)
         EndGesture(*before);
+    if (FindDrawnMenu()) {
+        PressMenu(event.position);
+        return true;
+    }
     for (sGESTURE& touch : m_touches)
         if (touch.control == nullptr)
             return Press(touch, event, true);

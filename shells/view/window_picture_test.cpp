@@ -68,7 +68,13 @@ void Disturb(sWINDOW& window, std::mt19937& random) {
     const auto upTo = [&random](int count) { return static_cast<double>(random() % static_cast<unsigned>(count)); };
     const double x = upTo(200), y = upTo(200);
     KCGUIControl& control = *window.window.GetControl(random() % window.window.GetNumControls());
-    switch (random() % 8) {
+    const double seen = window.window.GetOpenMenu() != nullptr ? upTo(6) : upTo(10);
+    switch (static_cast<int>(seen)) {
+    case 8:
+    case 9:
+        window.window.MouseDown(Down(140, 112, KEModifier::Secondary)); // the menu, of a crowd or not
+        window.window.MouseUp(Up(140, 112));
+        break;
     case 0:
         window.window.MouseWheel(Over(x, y), 0, 1);
         break;

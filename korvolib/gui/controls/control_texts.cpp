@@ -58,6 +58,10 @@ void ValueText(const KCParamRegistrationData* registration, KCFixedStringBase& t
     registration->UpdateValue(text);
     KCFixedString<31> units;
     registration->UpdateUnits(units);
+    AppendUnits(text, units);
+}
+
+void AppendUnits(KCFixedStringBase& text, const KCFixedStringBase& units) {
     if (units.empty() || !IsNumber(text))
         return;
     if (IsLetter(units[0]))

@@ -73,12 +73,16 @@ std::unique_ptr<Control> MakeControl(cALGORITHM& algorithm, const char* classNam
     return std::unique_ptr<Control>(dynamic_cast<Control*>(control.release()));
 }
 
-inline std::string YAMLOf(const KCGUIControl& control) {
-    kvGS::KCGraphicStreamBinaryWriter writer;
-    control.Draw(writer);
+inline std::string YAMLOf(const kvGS::KCGraphicStreamBinaryWriter& writer) {
     kvGS::KCGraphicStreamToYAML yaml;
     EXPECT_EQ(yaml.ExecStream(writer), kErr_NoErr);
     return std::string(yaml.GetText());
+}
+
+inline std::string YAMLOf(const KCGUIControl& control) {
+    kvGS::KCGraphicStreamBinaryWriter writer;
+    control.Draw(writer);
+    return YAMLOf(writer);
 }
 
 inline bool Shows(const KCGUIControl& control, const std::string& text) {

@@ -90,6 +90,8 @@ double OriginOf(const KCParamRegistrationData* registration);
 void LabelText(const KCParamRegistrationData* registration, KCFixedStringBase& text);
 /// The value, and behind it the units if the value is a number ("-3.0 dB", "90°", "Off").
 void ValueText(const KCParamRegistrationData* registration, KCFixedStringBase& text);
+/// The same of a text that stands for a value.
+void AppendUnits(KCFixedStringBase& text, const KCFixedStringBase& units);
 
 /// A control with its label above and its value below its shape.
 struct sLABELLED_LAYOUT {

@@ -114,14 +114,35 @@ std::string DrawnOf(const sGOLDEN& golden) {
 
 class EveryControl : public testing::TestWithParam<sGOLDEN> {};
 
-TEST_P(EveryControl, DrawsWhatItsGoldenFileSays) {
-    const std::string path = std::string("korvolib/gui/golden/") + GetParam().file + ".yaml";
-    const std::string drawn = DrawnOf(GetParam());
+void ExpectGolden(const char* file, const std::string& drawn) {
+    const std::string path = std::string("korvolib/gui/golden/") + file + ".yaml";
     if (std::getenv("KORVO_WRITE_GOLDEN") != nullptr) {
         WriteSourceFile(path, drawn);
         FAIL() << path << " has been written anew";
     }
     EXPECT_EQ(drawn, ReadSourceFile(path));
+}
+
+TEST_P(EveryControl, DrawsWhatItsGoldenFileSays) { ExpectGolden(GetParam().file, DrawnOf(GetParam())); }
+
+// In a window of one column, of several, and of one that scrolls.
+TEST(OpenMenu, DrawsWhatItsGoldenFileSays) {
+    ControlsAlgorithm algorithm;
+    const std::unique_ptr<KCGUIControl> control =
+        MakeControl(algorithm, "Menu", R"(Rect="8 16 120 24")", R"(<Parameter Name="Mode"/>)");
+    algorithm.SetState(2, 2.0);
+    const KCControlPopupMenuHandler& choices = *control->GetControlPopupMenuHandler();
+    std::string drawn;
+    for (const KUSize<double> window : {KUSize<double>{200, 200}, {400, 60}, {140, 68}}) {
+        KCDrawnMenu menu;
+        menu.Open(choices, control->GetTheme(), control->GetBounds(), window);
+        kvGS::KCGraphicStreamBinaryWriter writer;
+        menu.Highlight(1);
+        menu.Draw(writer, *control, choices);
+        drawn += std::to_string(menu.GetNumColumns()) + (menu.IsScrolling() ? ", scrolling:\n" : ":\n") +
+                 OneLinePerRecord(YAMLOf(writer));
+    }
+    ExpectGolden("open_menu", drawn);
 }
 
 INSTANTIATE_TEST_SUITE_P(Golden, EveryControl, testing::ValuesIn(kGolden),
