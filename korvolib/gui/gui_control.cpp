@@ -36,7 +36,8 @@ KCGUIControl::KCGUIControl(const KCGUIControl& other)
       m_className(other.m_className), m_acceptableCharacters(other.m_acceptableCharacters),
       m_isDisabled(other.m_isDisabled), m_dependentIDs(other.m_dependentIDs),
       m_drawDependentIDs(other.m_drawDependentIDs) {
-    CSelectable::Reset(); // the copy stands in no list
+    CSelectable::Reset(); // the copy stands in no list, where nothing is selected
+    SetSelection(0);
     EndHover();
 }
 

@@ -224,7 +224,10 @@ TEST_F(GUIControl, ACopyFollowsTheSameParametersAndStandsInNoListOrGesture) {
     Add(0, kRegister_DragVertical);
     Press();
     control.SetNext(&control);
+    control.SetSelection(1);
     TestControl copy(control);
+    EXPECT_EQ(copy.GetSelection(), 0);
+    EXPECT_EQ(control.GetSelection(), 1);
     EXPECT_EQ(copy.GetNext(), nullptr);
     EXPECT_EQ(copy.GetHome(), nullptr);
     EXPECT_EQ(copy.GetRect(), control.GetRect());

@@ -133,7 +133,11 @@ KCValueText::BUFFER_HEADER* KCValueText::KeySelf(const KCEventData& event, bool&
             BeginEditing();
         return nullptr;
     }
-    isHandled = true; // arrows and the like would move what is being typed over
+    // With Primary alone a character is a command of the host; with Alt too it may be typed so.
+    isHandled = !(IsCharacter(event.key) && event.IsModifierDown(KEModifier::Primary) &&
+                  !event.IsModifierDown(KEModifier::Alt));
+    if (!isHandled)
+        return nullptr; // all else stays here: arrows and the like would move what is being typed over
     if (isEnter)
         return Commit();
     if (event.key == PluginViewManager::kKey_Escape)

@@ -83,6 +83,20 @@ TEST_F(ValueTextTest, CharactersThatAreNotAcceptableAreLeftOut) {
     EXPECT_EQ(field->GetTypedText(), "-3");
 }
 
+TEST_F(ValueTextTest, AKeyWithPrimaryIsACommandOfTheHost) {
+    Key(kKey_Enter);
+    Type("1");
+    bool isHandled = false, isGestureEnd = false;
+    KCEventData paste;
+    paste.type = KEEventType::Key;
+    paste.key = 'x';
+    paste.modifiers = KEModifier::Primary;
+    EXPECT_EQ(field->HandleKeyEvent(paste, isHandled, isGestureEnd), nullptr);
+    EXPECT_FALSE(isHandled);
+    EXPECT_EQ(field->GetTypedText(), "1");
+    EXPECT_TRUE(field->IsEditing());
+}
+
 TEST_F(ValueTextTest, ARefusedTextKeepsTheValueAndSaysSoUntilTheNextEvent) {
     Key(kKey_Enter);
     Type("x-x");
