@@ -303,6 +303,7 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     void DrawImageOf(Writer& writer, const sBITMAP_WIN& images, int32_t image) const;
     void AddDefaultGestures(size_t registration);
     int32_t ReadLook(const KCXMLElement& element, Problems& problems);
+    void UpdateParameterList(const KCXMLElement& list);
     int32_t WriteLook(KCXMLElement& element) const;
     int32_t WriteLists(KCXMLElement& element) const;
 

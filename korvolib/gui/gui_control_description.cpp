@@ -200,25 +200,40 @@ int32_t KCGUIControl::UpdateFromXMLWithAlg(const KCXMLElement& element, cALGORIT
     (void)ReadLook(element, problems);
     if (const KCXMLElement* const images = element.FindChild("AdditionalBitmapList"))
         (void)UpdateXMLAdditionalBitmapListSelf(*images, problems);
-    if (const KCXMLElement* const list = element.FindChild("ParameterList")) {
-        size_t next = 0; // a parameter may be named twice: the second finds its second registration
-        for (const KCXMLElement& child : list->Children("Parameter")) {
-            const char* const name = child.GetAttribute("Name", "");
-            for (size_t i = next; i < m_params.size(); ++i) {
-                if (m_params[i].GetRegisteredParamName().compare(name) != 0)
-                    continue;
-                m_params[i].UpdateDataForSkinChange(child);
-                next = i + 1;
-                break;
-            }
-        }
-    }
+    if (const KCXMLElement* const list = element.FindChild("ParameterList"))
+        UpdateParameterList(*list);
     int32_t error = ReadFromXMLCustom(element, problems);
     if (error == kErr_NoErr)
         error = UpdateFromXMLWithAlgSelf(element, algorithm, problems);
     OnLRBChange();
     SetNeedToRedrawControl();
     return error;
+}
+
+// Of several registrations of a parameter the one of the element's first "Register": those of further modifiers
+// show nothing. A parameter may be named twice: the second element finds the second of them.
+void KCGUIControl::UpdateParameterList(const KCXMLElement& list) {
+    std::vector<bool> isTaken(m_params.size());
+    for (const KCXMLElement& child : list.Children("Parameter")) {
+        const char* const array = child.GetAttribute("Array");
+        const char* const name = child.GetAttribute("Name");
+        const KCXMLElement* own = child.FindChild("Register");
+        if (own == nullptr)
+            own = child.FindChild("RegisterType");
+        const KUModifiers modifiers = own == nullptr ? KUModifiers() : KCParamRegistrationData::ReadModifiers(*own);
+        const auto isOfIt = [&](const KCParamRegistrationData& param) {
+            if (array != nullptr)
+                return param.GetParamArrayName().compare(array) == 0;
+            return name != nullptr && param.GetRegisteredParamName().compare(name) == 0;
+        };
+        for (size_t i = 0; i < m_params.size(); ++i) {
+            if (isTaken[i] || !isOfIt(m_params[i]) || m_params[i].GetRegisterInfo().GetModifiers() != modifiers)
+                continue;
+            isTaken[i] = true;
+            m_params[i].UpdateDataForSkinChange(child);
+            break;
+        }
+    }
 }
 
 int32_t KCGUIControl::ReadFromXML(const KCXMLElement& element) {

@@ -195,6 +195,20 @@ TEST_F(GUIControlDescription, AnotherSkinMovesWindowsAndKeepsRegistrations) {
     EXPECT_TRUE(control.NeedToRedrawControl());
 }
 
+TEST_F(GUIControlDescription, AnotherSkinMayNameTheParametersInAnotherOrder) {
+    Read(R"(<Control><ParameterList><Parameter Name="Gain"/><Parameter Name="Mode"/><Parameter Name="Gain"/>
+        </ParameterList></Control>)");
+    control.UpdateFromXMLWithAlg(ElementFrom(R"(<Control><ParameterList>
+        <Parameter Name="Mode"><ValueWin Rect="1 0 9 9"/></Parameter>
+        <Parameter Name="Gain"><ValueWin Rect="2 0 9 9"/></Parameter>
+        <Parameter Name="Gain"><ValueWin Rect="3 0 9 9"/></Parameter></ParameterList></Control>)"),
+                                 alg, problems);
+    ASSERT_EQ(control.GetParamDataVec().size(), 9u); // each with its fine drag and its reset
+    for (const auto& [registration, left] : {std::pair{0u, 2.0}, {3u, 1.0}, {6u, 3.0}})
+        EXPECT_EQ(control.GetParamData(registration)->GetValueWin().rect.left, left) << registration;
+    EXPECT_FALSE(control.GetParamData(1)->GetValueWin().IsShown());
+}
+
 TEST_F(GUIControlDescription, WithoutAnAlgorithmTheLookAloneIsReadAndWritten) {
     TestControl alone;
     EXPECT_EQ(alone.ReadFromXML(ElementFrom("<Control Rect='1 2 3 4'/>")), kErr_NoErr);
