@@ -94,7 +94,8 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     bool TouchLongDown(const KCEventData& event);
     bool TouchPinch(const KCEventData& event);
     bool TouchUp(const KCEventData& event);
-    /// Tab moves the selection; other keys go to the control that has the text focus, or the selected one.
+    /// Tab moves the selection; other keys go to the control that has the text focus, or the selected one. An arrow
+    /// that the selected one has no use for moves the selection too.
     bool Key(const KCEventData& event);
     /// Typed text for the same control: characters as they come. Bytes that are no UTF-8 are left out.
     bool Text(const char* utf8);
@@ -224,6 +225,8 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     void LeaveText(const KCGUIControl* next);
     KCGUIControl* GetKeyTarget() const;
     bool SendKey(const KCEventData& event);
+    bool SendKeyTo(KCGUIControl& target, const KCEventData& event);
+    bool MoveSelectionByArrow(const KCEventData& event);
     void HoverOver(KCGUIControl* control, const KCEventData& event);
     void SendHover(double timeSeconds);
     void RefreshParam(size_t index);
@@ -278,6 +281,7 @@ class KORVO_API CStandardGUI_X : public CSelectableHome, public KCControlHome {
     std::vector<double> m_states; // of the control that an event goes to, before it
     KCGUIControl* m_hovered = nullptr;
     KUPoint<double> m_hoverPosition;
+    KUModifiers m_hoverModifiers;
     KCGUIControl* m_textFocus = nullptr;
     KCGUIControl* m_openMenu = nullptr;
     KCDrawnMenu m_menu; // of m_openMenu

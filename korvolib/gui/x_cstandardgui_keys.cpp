@@ -65,17 +65,31 @@ bool CStandardGUI_X::SendKey(const KCEventData& event) {
         return MoveSelection(DirectionFromTabModifiers(event.modifiers)) != nullptr;
     }
     KCGUIControl* const target = GetKeyTarget();
-    if (target == nullptr || !CanTakeInput(*target))
+    return target != nullptr && (SendKeyTo(*target, event) || MoveSelectionByArrow(event));
+}
+
+bool CStandardGUI_X::SendKeyTo(KCGUIControl& target, const KCEventData& event) {
+    if (!CanTakeInput(target))
         return false;
     bool isHandled = false;
     bool isGestureEnd = false;
-    (void)SendWhole(*target, [&](KCGUIControl& control, Rect& redraw) {
+    (void)SendWhole(target, [&](KCGUIControl& control, Rect& redraw) {
         BUFFER_HEADER* const chain = control.HandleKeyEvent(event, isHandled, isGestureEnd);
         if (isHandled)
             redraw = redraw.Union(control.GetBounds());
         return chain;
     });
     return isHandled;
+}
+
+// An arrow that the selected control has no use for: on with the selection, as Tab does. Nobody types then.
+bool CStandardGUI_X::MoveSelectionByArrow(const KCEventData& event) {
+    using namespace PluginViewManager;
+    const bool isOn = event.key == kKey_Right || event.key == kKey_Down;
+    const bool isBack = event.key == kKey_Left || event.key == kKey_Up;
+    if (m_textFocus != nullptr || !event.modifiers.IsEmpty() || !(isOn || isBack))
+        return false;
+    return MoveSelection(isOn ? 1 : -1) != nullptr;
 }
 
 // Another control is pressed, or selected: what was typed and not committed is gone.
@@ -125,6 +139,7 @@ bool CStandardGUI_X::MouseOver(const KCEventData& event) {
     KCGUIControl* const control = hasLeft || isMenuOpen ? nullptr : FindControlAt(event.position);
     HoverOver(control != nullptr && CanTakeInput(*control) ? control : nullptr, event);
     m_hoverPosition = event.position;
+    m_hoverModifiers = event.modifiers;
     if (m_hovered == nullptr)
         return isMenuOpen;
     m_hover.control = m_hovered; // again, after a gesture that ended the stay
@@ -159,6 +174,7 @@ void CStandardGUI_X::SendHover(double timeSeconds) {
     KCEventData event;
     event.type = KEEventType::MouseOver;
     event.position = m_hoverPosition;
+    event.modifiers = m_hoverModifiers;
     event.timeSeconds = timeSeconds;
     m_hover.control = m_hovered;
     Send(m_hover, [&](KCGUIControl& control, Rect& redraw) { return control.MouseOver(event, redraw); });

@@ -126,4 +126,42 @@ TEST(WindowOrders, TabPassesOverWhatTakesNoInput) {
     EXPECT_TRUE(window.window.IsSelected(window.Control("Across")));
 }
 
+// ---- Keys and hovering
+// ------------------------------------------------------------------------------------------------
+
+TEST(WindowOrders, ArrowThatTheSelectedControlHasNoUseForMovesTheSelection) {
+    sWINDOW window(WindowXML("<Control Class=\"ValueText\" Name=\"First\" Rect=\"0 0 50 20\"><ParameterList>"
+                             "<Parameter Name=\"Gain\"><Register Type=\"Text\"/></Parameter></ParameterList>"
+                             "</Control>" +
+                             KnobXML("Second", "60 0 60 80", "Pan")));
+    window.window.Key(Key(kKey_Tab));
+    EXPECT_TRUE(window.window.Key(Key(kKey_Right)));
+    EXPECT_TRUE(window.window.IsSelected(window.Control("Second")));
+    const double before = window.State(kPan);
+    EXPECT_TRUE(window.window.Key(Key(kKey_Right))); // the knob has
+    EXPECT_TRUE(window.window.IsSelected(window.Control("Second")));
+    EXPECT_GT(window.State(kPan), before);
+    window.Control("Second").SetDisabled();
+    EXPECT_TRUE(window.window.Key(Key(kKey_Up)));
+    EXPECT_TRUE(window.window.IsSelected(window.Control("First")));
+    EXPECT_FALSE(window.window.Key(Key(kKey_Down, KEModifier::Shift)));
+    EXPECT_FALSE(window.window.Key(Key('x')));
+}
+
+TEST(WindowOrders, PointerThatRestsKeepsItsModifiers) {
+    sWINDOW window(WindowXML("<Control Class=\"Fader\" Name=\"Hover\" Rect=\"0 0 40 200\"><ParameterList>"
+                             "<Parameter Name=\"Gain\"><Register Type=\"SetOnHover\" Delay=\"100\"/>"
+                             "</Parameter></ParameterList></Control>"));
+    KCEventData event = Over(20, 30, 0.0);
+    event.modifiers = KEModifier::Shift;
+    window.window.MouseOver(event);
+    window.window.Idle(1.0);
+    EXPECT_TRUE(window.algorithm.log.empty());
+    event.modifiers = {};
+    window.window.MouseOver(event);
+    window.window.Idle(2.0);
+    EXPECT_FALSE(window.algorithm.log.empty());
+    EXPECT_TRUE(IsBalanced(window.algorithm.log));
+}
+
 } // namespace
