@@ -134,24 +134,37 @@ KCAutomationControl::BUFFER_HEADER* KCAutomationControl::SetControllerValue(doub
     return HasLead() ? SetControllerValueSelf(value) : nullptr;
 }
 
-// The value is stored first, so that the record knows its own when the parameter tells of its change.
-inline KCAutomationControl::BUFFER_HEADER* KCAutomationControl::MoveBy(KCParamRegistrationData& registration,
-                                                                       double delta) {
-    const double value = std::min(kFullTravel, std::max(0.0, registration.GetValue() + delta));
-    registration.SetValue(value);
-    cALGORITHM* const algorithm = registration.GetAlgorithm();
-    return algorithm == nullptr ? nullptr : algorithm->UpdateParamState(registration.GetParamIndex(), value, false);
+namespace {
+
+void StoreMoved(KCParamRegistrationData& registration, double delta) {
+    registration.SetValue(std::min(kFullTravel, std::max(0.0, registration.GetValue() + delta)));
 }
+
+cALGORITHM::BUFFER_HEADER* MoveToStored(const KCParamRegistrationData& registration) {
+    cALGORITHM* const algorithm = registration.GetAlgorithm();
+    return algorithm == nullptr
+               ? nullptr
+               : algorithm->UpdateParamState(registration.GetParamIndex(), registration.GetValue(), false);
+}
+
+} // namespace
+
+// All values are stored before any parameter moves: a record knows its own when its parameter tells of the change,
+// and a parameter that two records name goes the distance once.
 
 KCAutomationControl::BUFFER_HEADER* KCAutomationControl::SetControllerValueSelf(double value) {
     if (!HasLead() || std::isnan(value))
         return nullptr;
     const double delta = value - m_params[m_leadPosition].GetValue();
+    StoreMoved(m_params[m_leadPosition], delta);
+    for (size_t i = 0; i < m_params.size(); ++i)
+        if (FollowsLead(i))
+            StoreMoved(m_params[i], delta);
     ChainUnderWay chain(GetLeadAlgorithm());
-    chain.Append(MoveBy(m_params[m_leadPosition], delta));
+    chain.Append(MoveToStored(m_params[m_leadPosition]));
     for (size_t i = 0; i < m_params.size(); ++i) // by index: a hook may register more
         if (FollowsLead(i))
-            chain.Append(MoveBy(m_params[i], delta));
+            chain.Append(MoveToStored(m_params[i]));
     return chain.Take();
 }
 

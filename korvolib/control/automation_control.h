@@ -164,7 +164,6 @@ class KORVO_API KCAutomationControl : public KCBaseControl {
     friend class KCAutomationManager;
     static constexpr int32_t kNotAttached = -1;
 
-    BUFFER_HEADER* MoveBy(KCParamRegistrationData& registration, double delta);
     cALGORITHM* GetLeadAlgorithm() const noexcept;
     bool CanCallHost() const noexcept;
     void CallHost(int32_t selector, intptr_t argument) const;

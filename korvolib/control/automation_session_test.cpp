@@ -105,10 +105,10 @@ class Model {
     void Play(size_t index, double value) {
         Control& control = controls[index];
         const double delta = value - control.values[0];
-        for (size_t i = 0; i < control.params.size(); ++i) {
-            control.values[i] = std::clamp(control.values[i] + delta, 0.0, 1000.0);
+        for (double& stored : control.values)
+            stored = std::clamp(stored + delta, 0.0, 1000.0);
+        for (size_t i = 0; i < control.params.size(); ++i)
             Move(control.params[i], control.values[i]);
-        }
     }
     void Midi(const kvMIDI::KorvoMidiEvent& event) {
         const int id = event.GetEventType() == 7 ? 0 : event.GetData1();
@@ -194,8 +194,7 @@ class RandomSession {
         Model::Control control;
         control.params.push_back(lead);
         for (size_t i = Below(3); i-- > 0;)
-            if (const size_t follower = Below(Model::kNumParams); follower != lead)
-                control.params.push_back(follower);
+            control.params.push_back(Below(Model::kNumParams)); // also the lead's parameter, or one twice
         control.values.assign(control.params.size(), 0.0);
         KCAutomationControl& real = m_algorithm.AddControl("C", {lead}, static_cast<int64_t>(lead));
         for (size_t i = 1; i < control.params.size(); ++i)
