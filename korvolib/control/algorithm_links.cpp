@@ -72,9 +72,12 @@ void cALGORITHM::LeaveOutOfLinkGesture(size_t index) {
 cALGORITHM::BUFFER_HEADER* cALGORITHM::EndLinkGesture(const sLINK_GESTURE& gesture) {
     // A hook that switched setups has ended the gesture: the other setup's values know nothing of it.
     const bool hasMoved = m_activeSetup == gesture.setup && GetParamState(gesture.index) != gesture.oldState;
-    if (m_linkGroups == nullptr || !hasMoved)
+    if (m_linkGroups == nullptr)
         return nullptr;
-    return CollectLinkChain([&] {
+    // Also when a law throws: what was left out of this gesture is part of whatever links next.
+    const std::unique_ptr<KCLinkGroups, void (*)(KCLinkGroups*)> atEnd(
+        m_linkGroups.get(), [](KCLinkGroups* groups) { groups->ForgetLeftAlone(); });
+    return !hasMoved ? nullptr : CollectLinkChain([&] {
         m_linkGroups->LinkParams(gesture.index, true);
         m_linkGroups->CorrectParamModifications(gesture.index);
     });

@@ -146,8 +146,9 @@ class KORVO_API KCLinkGroups {
     // Before a gesture moves `source`: the last values of the source and of the members of its acting groups.
     void StoreLastValues(size_t source);
     // After StoreLastValues: the event that moves the source has moved this parameter too, and the links leave it
-    // where it is until the next StoreLastValues.
+    // where it is until ForgetLeftAlone or the next StoreLastValues.
     void LeaveAlone(size_t index);
+    void ForgetLeftAlone() noexcept;
 
     double GetMinDelta() const { return m_minDelta; }
     void SetMinDelta(double delta) { m_minDelta = delta; }
@@ -188,7 +189,6 @@ class KORVO_API KCLinkGroups {
     void Init();
     void StoreLast(size_t index, EPluginSetup setup);
     void BeginPass(size_t source);
-    void ForgetLeftAlone();
     void Walk(size_t source);
     void MoveMember(size_t source, size_t member, KCLinkFuncInterface& law);
     size_t Remember(size_t source, size_t index, KCLinkFuncInterface* law);

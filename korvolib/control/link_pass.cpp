@@ -71,7 +71,7 @@ void KCLinkGroups::LeaveAlone(size_t index) {
 }
 
 // A gesture inside a pass under way, from a hook, leaves that pass its marks.
-void KCLinkGroups::ForgetLeftAlone() {
+void KCLinkGroups::ForgetLeftAlone() noexcept {
     if (m_leftAlone.empty() || m_walkDepth + m_tellingDepth != 0)
         return;
     for (const size_t index : m_leftAlone)
