@@ -215,6 +215,7 @@ class KORVO_API KCAutomationManager {
         std::array<std::array<int32_t, kNumDataValues>, kNumStatusHalves> first;
         std::vector<int32_t> next; // one for each control
         int32_t learning = kNobody;
+        uint32_t generation = 0; // another one each time it is made
     };
 
     void RebuildMidiIndex() const noexcept;

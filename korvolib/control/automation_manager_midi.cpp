@@ -119,6 +119,7 @@ void KCAutomationManager::RebuildMidiIndex() const noexcept {
     }
     auto& bends = m_midiIndex.first[StatusHalf(kvMIDI::kMidiEvent_PitchBend)];
     bends.fill(bends[0]);
+    ++m_midiIndex.generation;
     m_isMidiIndexStale = false;
 }
 
@@ -152,8 +153,10 @@ int32_t KCAutomationManager::MidiProcessControlChange(const KorvoMidiEvent& even
     }
     size_t index = FirstMIDIEventControl(event);
     while (index != kNoControl) {
+        const uint32_t generation = m_midiIndex.generation;
         Drive(event, *m_controls[index]);
-        index = m_isMidiIndexStale ? FirstBehind(index, event) : NextMIDIEventControl(index);
+        const bool isAsBefore = !m_isMidiIndexStale && m_midiIndex.generation == generation;
+        index = isAsBefore ? NextMIDIEventControl(index) : FirstBehind(index, event);
     }
     return kErr_NoErr;
 }
