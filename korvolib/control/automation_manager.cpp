@@ -41,9 +41,8 @@ void KCAutomationManager::OnCreateControl(size_t index) {
 int32_t KCAutomationManager::PlaceNew(ControlPtr control, size_t index) {
     try {
         if (index == m_controls.size()) {
-            m_midiIndex.next.reserve(m_controls.size() + 1);
+            m_midiIndex.next.resize(m_controls.size() + 1, kNobody);
             m_controls.push_back(std::move(control));
-            m_midiIndex.next.push_back(kNobody);
         } else {
             std::swap(m_controls[index], control);
         }
@@ -80,7 +79,7 @@ int32_t KCAutomationManager::DeleteAutomationControl(size_t index) {
         return kErr_ControlIndexOutOfRange;
     const ControlPtr deleted = std::move(m_controls[index]);
     m_controls.erase(m_controls.begin() + static_cast<ptrdiff_t>(index));
-    m_midiIndex.next.pop_back();
+    m_midiIndex.next.resize(m_controls.size());
     m_isMidiIndexStale = true;
     return kErr_NoErr;
 }
