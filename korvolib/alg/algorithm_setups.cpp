@@ -150,10 +150,15 @@ void cALGORITHM::ShowActiveSetup() {
 void cALGORITHM::LimitLoadedRealWorlds() {
     for (const EPluginSetup setup : {kPluginSetup_A, kPluginSetup_B}) {
         for (size_t index = 0; index < m_params.size(); ++index) {
-            const double loaded = m_params[index].GetRealWorld(m_activeSetup);
+            const sCONTROL_PARAM& param = m_params[index];
+            const double loadedState = param.GetState(m_activeSetup);
+            const double loaded = param.GetRealWorld(m_activeSetup);
             LimitLoadedRealWorld(index, setup);
-            if (HasVisiblyChanged(loaded, m_params[index].GetRealWorld(m_activeSetup)))
+            const bool hasChanged = HasVisiblyChanged(loaded, param.GetRealWorld(m_activeSetup));
+            if (hasChanged)
                 m_rest->due[index] |= kDue_Hook | kDue_Notification;
+            if (hasChanged || param.GetState(m_activeSetup) != loadedState)
+                param.UpdateControllers(index);
         }
     }
 }
