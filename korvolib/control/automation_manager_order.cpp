@@ -106,8 +106,8 @@ int32_t KCAutomationManager::DumpAutomationControlOrder() const {
 
 int32_t KCAutomationManager::FinishCreate() {
     int32_t result = kErr_NoErr;
-    for (const ControlPtr& control : m_controls) {
-        const int32_t finished = control->FinishCreate();
+    for (size_t index = 0; index < m_controls.size(); ++index) { // a control may bring others
+        const int32_t finished = m_controls[index]->FinishCreate();
         result = result == kErr_NoErr ? finished : result;
     }
     // For whoever builds the plug-in; that it cannot be written is no reason to refuse the plug-in's user.
