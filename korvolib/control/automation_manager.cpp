@@ -13,14 +13,21 @@
 namespace kvKorvoV12_9_0_320 {
 
 KCAutomationManager::KCAutomationManager() = default;
-KCAutomationManager::~KCAutomationManager() { Release(); }
+// By then whoever gave the algorithm its host callback may have ended: nobody is called.
+KCAutomationManager::~KCAutomationManager() { DestroyControls(); }
 
 int32_t KCAutomationManager::MoveControl(size_t, size_t) { return kErr_NoErr; }
 int32_t KCAutomationManager::SanityCheck() { return kErr_NoErr; }
 
 // ---- The list ---------------------------------------------------------------------------------------------------
 
-void KCAutomationManager::Release() noexcept {
+void KCAutomationManager::Release() {
+    for (size_t index = 0; index < m_controls.size(); ++index)
+        m_controls[index]->NotifyRelease();
+    DestroyControls();
+}
+
+void KCAutomationManager::DestroyControls() noexcept {
     const std::vector<ControlPtr> controls = std::exchange(m_controls, {});
     m_midiIndex.next.clear();
     m_isMidiIndexStale = true;
@@ -66,6 +73,7 @@ int32_t KCAutomationManager::AddNewAutomationControlForIndex(ControlPtr control,
     }
     if (index >= kMaxAutomationControls)
         return kErr_LimitExceeded;
+    ReleaseTouch(index); // of the control there
     while (m_controls.size() < index) {
         auto dummy = std::make_unique<KCAutomationControl>(KCFixedString<127>("Dummy"));
         if (const int32_t result = PlaceNew(std::move(dummy), m_controls.size()); result != kErr_NoErr)
@@ -75,6 +83,7 @@ int32_t KCAutomationManager::AddNewAutomationControlForIndex(ControlPtr control,
 }
 
 int32_t KCAutomationManager::DeleteAutomationControl(size_t index) {
+    ReleaseTouch(index);
     if (index >= m_controls.size())
         return kErr_ControlIndexOutOfRange;
     const ControlPtr deleted = std::move(m_controls[index]);

@@ -79,8 +79,9 @@ class KORVO_API KCAutomationManager {
     /// All controls are there: each is completed, and the order is compared with the requested one (see
     /// DumpAutomationControlOrder).
     int32_t FinishCreate();
-    /// Destroys all controls. The manager stays bound.
-    void Release() noexcept;
+    /// Destroys all controls. The manager stays bound. Here as in every other operation, the host is told of a
+    /// release before a touched control goes; when the algorithm ends, it is not.
+    void Release();
     /// A control has come into the list at `index`: it is bound to the manager's algorithm and may be found.
     void OnCreateControl(size_t index);
     cALGORITHM* GetAlgorithm() const noexcept { return m_algorithm; } // null before Init
@@ -226,6 +227,7 @@ class KORVO_API KCAutomationManager {
     }
     static size_t AsIndex(int32_t entry) noexcept { return static_cast<size_t>(entry); }
     int32_t PlaceNew(ControlPtr control, size_t index);
+    void DestroyControls() noexcept;
     bool IsOwn(const KCAutomationControl* control) const noexcept { return control->m_manager == this; }
 
     size_t FirstBehind(size_t index, const kvMIDI::KorvoMidiEvent& event) const noexcept;
