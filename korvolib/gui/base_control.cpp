@@ -39,29 +39,33 @@ void KCBaseControl::Bind(size_t paramIndex) {
     sCONTROL_PARAM* const param = m_algorithm == nullptr ? nullptr : m_algorithm->GetParam(paramIndex);
     if (param == nullptr)
         return;
-    if (m_binding.GetKind() == KEControlBinding::Controller)
-        param->AddController(&m_binding);
-    else
-        param->AddObserver(&m_binding);
+    const bool isNew = m_binding.GetKind() == KEControlBinding::Controller ? param->AddController(&m_binding)
+                                                                           : param->AddObserver(&m_binding);
+    m_numBound += isNew ? 1 : 0;
 }
 
+void KCBaseControl::Unbind(size_t paramIndex) noexcept {
+    sCONTROL_PARAM* const param = m_algorithm == nullptr ? nullptr : m_algorithm->GetParam(paramIndex);
+    if (param != nullptr && (param->RemoveController(&m_binding) || param->RemoveObserver(&m_binding)))
+        --m_numBound;
+}
+
+// A record that somebody has given another parameter no longer names the one that knows of this control: that one
+// is looked for among all.
 void KCBaseControl::UnbindAll() noexcept {
     for (const KCParamRegistrationData& registration : m_params)
-        if (sCONTROL_PARAM* const param =
-                m_algorithm == nullptr ? nullptr : m_algorithm->GetParam(registration.GetParamIndex())) {
-            param->RemoveController(&m_binding);
-            param->RemoveObserver(&m_binding);
-        }
+        Unbind(registration.GetParamIndex());
+    for (size_t index = 0; m_numBound != 0 && index < m_algorithm->GetNumParams(); ++index)
+        Unbind(index);
 }
 
 void KCBaseControl::UnbindUnlessNamed(size_t paramIndex) noexcept {
     const bool isNamed = std::ranges::any_of(
         m_params, [paramIndex](const auto& registration) { return registration.GetParamIndex() == paramIndex; });
-    sCONTROL_PARAM* const param = m_algorithm == nullptr ? nullptr : m_algorithm->GetParam(paramIndex);
-    if (isNamed || param == nullptr)
-        return;
-    param->RemoveController(&m_binding);
-    param->RemoveObserver(&m_binding);
+    if (m_params.empty())
+        UnbindAll();
+    else if (!isNamed)
+        Unbind(paramIndex);
 }
 
 void KCBaseControl::OnParamChanged(size_t paramIndex) noexcept {

@@ -168,6 +168,7 @@ class KORVO_API KCBaseControl {
 
   private:
     void Bind(size_t paramIndex);
+    void Unbind(size_t paramIndex) noexcept;
     void UnbindUnlessNamed(size_t paramIndex) noexcept;
     template <class IndexOf>
     int32_t MoveToParams(IndexOf indexOf);
@@ -176,6 +177,7 @@ class KORVO_API KCBaseControl {
     int32_t WriteParameterList(KCXMLElement& element) const;
 
     KCControlBinding m_binding;
+    size_t m_numBound = 0; // parameters that know of it
 };
 
 } // namespace kvKorvoV12_9_0_320
