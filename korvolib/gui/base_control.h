@@ -27,9 +27,9 @@ class KCGraphicStreamBinaryWriter;
 /// Yes-or-no properties of a control; the word of a description is the name after the underscore.
 enum EControlFlags : int32_t {
     kControl_Disabled,       // takes no input and shows it; set by the author
+    kControl_HasLead,        // set while the lead position names a registration; bit value 2 of the set
     kControl_Hidden,         // not drawn, not hit
-    kControl_HasLead,        // set while the lead position names a registration
-    kControl_InfoFlag,       // copied into the automation info record
+    kControl_InfoFlag,       // copied into the automation info record; bit value 8
     kControl_NotAutomatable, // the host does not see it
     kControl_IgnoreRightClick,
     kControl_Cyclic, // a drag beyond an end comes in at the other, where the parameter allows it
@@ -37,6 +37,8 @@ enum EControlFlags : int32_t {
     kControl_NeedToResetParams,
     kNumControlFlags
 };
+
+static_assert(1 << kControl_HasLead == 2 && 1 << kControl_InfoFlag == 8);
 
 KORVO_API const char* ControlFlagName(EControlFlags flag) noexcept;
 

@@ -13,8 +13,8 @@ namespace {
 using namespace GUIDescription;
 
 constexpr const char* kFlagNames[kNumControlFlags] = {
-    "Disabled",         "Hidden", "HasLead",     "InfoFlag",          "NotAutomatable",
-    "IgnoreRightClick", "Cyclic", "DrawTopmost", "NeedToResetParams",
+    "Disabled",         "HasLead", "Hidden",      "InfoFlag",          "NotAutomatable",
+    "IgnoreRightClick", "Cyclic",  "DrawTopmost", "NeedToResetParams",
 };
 
 // The others follow from what happens to the control.
