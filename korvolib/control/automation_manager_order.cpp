@@ -7,6 +7,8 @@
 #include <korvolib/control/automation_manager.h>
 
 #include <algorithm>
+#include <cstring>
+#include <string_view>
 
 #include <korvolib/gui/description_numbers_internal.h>
 #include <korvolib/utilities/error_codes.h>
@@ -36,14 +38,16 @@ void PrintNames(const char* heading, const std::vector<Name>& names, std::string
 // A name that every file system takes.
 Name FileNameOf(const char* plugin) {
     constexpr const char* kNotInNames = "/\\:*?\"<>|";
-    Name name(plugin);
+    constexpr std::string_view kEnd = "_ControlDump.txt";
+    Name name;
+    name.assign(plugin, std::min(std::strlen(plugin), name.capacity() - kEnd.size()));
     name.replace(kNotInNames, '_');
     for (char& c : name)
         if (static_cast<unsigned char>(c) < ' ')
             c = '_';
     if (name.empty() || name[0] == '.')
         name = "KorvoLib";
-    return name << "_ControlDump.txt";
+    return name << kEnd.data();
 }
 
 int32_t LogFolder(FM::KCStPath& folder) {
