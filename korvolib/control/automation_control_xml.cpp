@@ -145,13 +145,14 @@ int32_t KCAutomationControl::WriteToXMLWithAlg(KCXMLElement& element, const cALG
 
 int32_t KCAutomationControl::WriteToXMLMIDI(KCXMLElement& element) const {
     const kvMIDI::sMIDI_MAPPING plain;
-    if (!IsAttachedToMIDI() && m_midiGroup == -1 && m_midiChannel == 0 && m_midiMapping == plain)
+    const bool isHeard = IsAttachedToMIDI() && IsMIDIEventTypeHeard(m_midiEventType); // no other would be read back
+    if (!isHeard && m_midiGroup == -1 && m_midiChannel == 0 && m_midiMapping == plain)
         return kErr_NoErr;
     KCXMLElement* const child = element.AddChild("MIDI");
     if (child == nullptr)
         return kErr_AllocationFailed;
     AttributeWriter writer(*child);
-    if (IsAttachedToMIDI())
+    if (isHeard)
         writer.Set("EventType", m_midiEventType).Set("ControlID", m_midiControlID);
     writer.SetUnless(0, "Channel", m_midiChannel).SetUnless(-1, "Group", m_midiGroup);
     writer.SetUnless(plain.low, "Low", m_midiMapping.low).SetUnless(plain.high, "High", m_midiMapping.high);
