@@ -164,8 +164,8 @@ class KORVO_API KCAutomationManager {
 
     // Presets
     // --------------------------------------------------------------------------------------------------------
-    /// Adds <AutomationControls><Control Name="…"><MIDI …/></Control>…</AutomationControls>, in place of one that
-    /// is there: the controls that hear something.
+    /// Adds <AutomationControls><Control Name="…" Index="…"><MIDI …/></Control>…</AutomationControls>, in place of
+    /// one that is there: the controls that hear something.
     int32_t SaveControlsToPreset(KCXMLElement& preset) const;
     /// Takes the attachments over, by name; controls that the element does not name are detached. Without the
     /// element everything stays. What has no meaning is reported and left out.
@@ -244,6 +244,7 @@ class KORVO_API KCAutomationManager {
     using NameIndex = std::unordered_map<std::string_view, size_t>;
     NameIndex IndexNames() const;
     size_t FindPageEntry(const KCXMLElement& entry, const NameIndex& names) const noexcept;
+    KCAutomationControl* FindPresetEntry(const KCXMLElement& entry, const NameIndex& names) const noexcept;
     int32_t ReadPage(const KCXMLElement& page, const NameIndex& names, std::vector<size_t>& controls,
                      Problems& problems) const;
     int32_t ReadPageTables(const KCXMLElement& layout, Problems& problems);

@@ -18,6 +18,7 @@
 #include <korvolib/gui/description_numbers_internal.h>
 #include <korvolib/utilities/error_codes.h>
 #include <korvolib/utilities/xml/xml_element.h>
+#include <korvolib/utilities/xml/xml_text_internal.h>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -34,7 +35,7 @@ int32_t AddControlEntry(KCXMLElement& parent, const KCAutomationControl& control
     if (entry == nullptr)
         return kErr_AllocationFailed;
     AttributeWriter writer(*entry);
-    writer.Set("Name", control.GetName()).SetUnless(-1, "CtrlID", control.GetCtrlID());
+    writer.Set("Name", XMLTextOf(control.GetName())).SetUnless(-1, "CtrlID", control.GetCtrlID());
     return writer.SetUnless(0, "num", numStates).GetResult();
 }
 

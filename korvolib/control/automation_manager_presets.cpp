@@ -1,13 +1,16 @@
 // What a user has attached, as an element of a preset:
 //
-//   <AutomationControls> <Control Name="Gain"> <MIDI EventType="4" ControlID="7" …/> </Control> …
+//   <AutomationControls> <Control Name="Gain" Index="0"> <MIDI EventType="4" ControlID="7" …/> </Control> …
 //   </AutomationControls>
+//
+// The index keeps controls of one name apart. Where another control stands there by now, the name alone counts.
 
 #include <korvolib/control/automation_manager.h>
 
 #include <korvolib/gui/description_numbers_internal.h>
 #include <korvolib/utilities/error_codes.h>
 #include <korvolib/utilities/xml/xml_element.h>
+#include <korvolib/utilities/xml/xml_text_internal.h>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -21,17 +24,34 @@ int32_t KCAutomationManager::SaveControlsToPreset(KCXMLElement& preset) const {
     KCXMLElement* const list = preset.AddChild(kElement);
     if (list == nullptr)
         return kErr_AllocationFailed;
-    for (const ControlPtr& control : m_controls) {
+    for (size_t index = 0; index < m_controls.size(); ++index) {
         KCXMLElement* const entry = list->AddChild("Control");
-        int32_t result = entry == nullptr ? kErr_AllocationFailed : entry->SetAttribute("Name", control->GetName());
+        if (entry == nullptr)
+            return kErr_AllocationFailed;
+        int32_t result = entry->SetAttribute("Name", XMLTextOf(m_controls[index]->GetName()));
         if (result == kErr_NoErr)
-            result = control->WriteToXMLMIDI(*entry);
+            result = entry->SetAttribute("Index", static_cast<int32_t>(index));
+        if (result == kErr_NoErr)
+            result = m_controls[index]->WriteToXMLMIDI(*entry);
         if (result != kErr_NoErr)
             return result;
         if (entry->GetChildCount() == 0) // nothing to say: that is how it is read back
             list->RemoveChild(entry);
     }
     return kErr_NoErr;
+}
+
+KCAutomationControl* KCAutomationManager::FindPresetEntry(const KCXMLElement& entry,
+                                                          const NameIndex& names) const noexcept {
+    const char* const name = entry.GetAttribute("Name", "");
+    int32_t index = -1;
+    if (entry.ReadAttribute("Index", index) != KEXMLValue::Found)
+        index = -1;
+    KCAutomationControl* const inPlace = GetAutomationControl(static_cast<size_t>(index)); // below 0: none
+    if (inPlace != nullptr && XMLTextOf(inPlace->GetName()) == name)
+        return inPlace;
+    const auto named = names.find(name);
+    return named == names.end() ? nullptr : GetAutomationControl(named->second);
 }
 
 int32_t KCAutomationManager::LoadControlsFromPreset(const KCXMLElement& preset, Problems& problems) {
@@ -45,8 +65,7 @@ int32_t KCAutomationManager::LoadControlsFromPreset(const KCXMLElement& preset, 
     const NameIndex names = IndexNames();
     int32_t result = kErr_NoErr;
     for (const KCXMLElement& entry : list->Children("Control")) {
-        const auto named = names.find(entry.GetAttribute("Name", ""));
-        KCAutomationControl* const control = named == names.end() ? nullptr : GetAutomationControl(named->second);
+        KCAutomationControl* const control = FindPresetEntry(entry, names);
         const KCXMLElement* const midi = entry.FindChild("MIDI");
         if (control == nullptr)
             GUIDescription::AddProblem(entry, "no control is named", entry.GetAttribute("Name", ""), problems);

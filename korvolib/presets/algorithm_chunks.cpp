@@ -36,28 +36,9 @@ KCFixedString<15> SetupText(EPluginSetup setup) {
     return text;
 }
 
-// A name or title without the bytes that XML cannot carry: a control character, a character that was cut where the
-// fixed string ends. One odd name must not keep a whole session from being saved.
-KCFixedString<127> Writable(const KCFixedStringBase& text) {
-    constexpr size_t kLongestCharacter = 4;
-    std::string_view rest(text.c_str());
-    KCFixedString<127> writable;
-    while (!rest.empty()) {
-        size_t length = 1;
-        while (length < kLongestCharacter && !IsXMLText(rest.substr(0, length)))
-            ++length;
-        const std::string_view character = rest.substr(0, length);
-        const bool isCharacter = IsXMLText(character);
-        if (isCharacter)
-            writable.append(character.data(), character.size());
-        rest.remove_prefix(isCharacter ? character.size() : 1);
-    }
-    return writable;
-}
-
 bool WriteParam(KCXMLElement& parent, const sCONTROL_PARAM& param, EPluginSetup setup) {
     KCXMLElement* const element = parent.AddChild("Param");
-    return element != nullptr && element->SetAttribute("Name", Writable(param.GetName()).c_str()) == kErr_NoErr &&
+    return element != nullptr && element->SetAttribute("Name", XMLTextOf(param.GetName()).c_str()) == kErr_NoErr &&
            element->SetAttribute("State", param.GetState(setup)) == kErr_NoErr &&
            element->SetAttribute("RealWorld", param.GetRealWorld(setup)) == kErr_NoErr &&
            element->SetAttribute("Word", param.GetSetupWord(setup)) == kErr_NoErr;
@@ -67,7 +48,7 @@ bool WriteParam(KCXMLElement& parent, const sCONTROL_PARAM& param, EPluginSetup 
 size_t IndexOfEntry(const KCXMLElement& entry, size_t place, const cALGORITHM& algorithm) {
     const char* const name = entry.GetAttribute("Name");
     const sCONTROL_PARAM* const param = algorithm.GetParam(place);
-    const bool isSamePlace = name != nullptr && param != nullptr && Writable(param->GetName()) == name;
+    const bool isSamePlace = name != nullptr && param != nullptr && XMLTextOf(param->GetName()) == name;
     return isSamePlace ? place : algorithm.GetParamIDFromName(name);
 }
 
@@ -123,7 +104,7 @@ int32_t cALGORITHM::PreparePresetChunk(KCStMemObj& out, int32_t, int32_t) {
         KCXMLElement* const element = root.AddChild("Setup");
         isWritten = isWritten && element != nullptr &&
                     element->SetAttribute("Name", SetupText(setup).c_str()) == kErr_NoErr &&
-                    element->SetAttribute("Title", Writable(GetSetupTitle(setup)).c_str()) == kErr_NoErr;
+                    element->SetAttribute("Title", XMLTextOf(GetSetupTitle(setup)).c_str()) == kErr_NoErr;
         for (size_t index = 0; isWritten && index < m_params.size(); ++index)
             isWritten = WriteParam(*element, m_params[index], setup);
     }

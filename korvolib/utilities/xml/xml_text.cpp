@@ -76,4 +76,14 @@ bool IsXMLText(std::string_view text) noexcept {
     return true;
 }
 
+KCFixedString<127> XMLTextOf(const KCFixedStringBase& text) noexcept {
+    KCFixedString<127> writable;
+    for (std::string_view rest(text.c_str()); !rest.empty();) {
+        const size_t length = AllowedLength(rest);
+        writable.append(rest.data(), length);
+        rest.remove_prefix(std::max<size_t>(length, 1));
+    }
+    return writable;
+}
+
 } // namespace kvKorvoV12_9_0_320
