@@ -46,6 +46,23 @@ void AppendNumber(KCFixedStringBase& text, double value) noexcept {
     text << (text.empty() ? "" : " ") << digits;
 }
 
+KCFixedString<63> RangeText(const char* what, double lowest, double highest) noexcept {
+    KCFixedString<63> text(what);
+    text << " from";
+    AppendNumber(text, lowest);
+    text << " to";
+    AppendNumber(text, highest);
+    return text;
+}
+
+// "Left, Centre or Right"
+KCFixedString<127> ListText(std::span<const char* const> words) noexcept {
+    KCFixedString<127> text;
+    for (size_t i = 0; i < words.size(); ++i)
+        text << (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") << words[i];
+    return text;
+}
+
 } // namespace
 
 void AddProblem(const KCXMLElement& element, const char* text, const char* quoted, Problems& problems) {
@@ -64,7 +81,7 @@ bool ReadNumber(const KCXMLElement& element, const char* name, double lowest, do
     if (result == KEXMLValue::Missing)
         return false;
     if (result != KEXMLValue::Found || !IsWithin(number, lowest, highest))
-        return Report(element, name, "a number in its range", problems);
+        return Report(element, name, RangeText("a number", lowest, highest).c_str(), problems);
     value = number;
     return true;
 }
@@ -76,7 +93,7 @@ bool ReadWhole(const KCXMLElement& element, const char* name, int32_t lowest, in
     if (result == KEXMLValue::Missing)
         return false;
     if (result != KEXMLValue::Found || number < lowest || number > highest)
-        return Report(element, name, "a whole number in its range", problems);
+        return Report(element, name, RangeText("a whole number", lowest, highest).c_str(), problems);
     value = number;
     return true;
 }
@@ -124,7 +141,7 @@ bool ReadWord(const KCXMLElement& element, const char* name, std::span<const cha
         return false;
     const auto found = std::ranges::find(words, std::string_view(text));
     if (found == words.end())
-        return Report(element, name, "one of its words", problems);
+        return Report(element, name, ListText(words).c_str(), problems);
     index = static_cast<size_t>(found - words.begin());
     return true;
 }

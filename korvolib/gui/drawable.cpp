@@ -83,9 +83,17 @@ void CDrawable::GetDrawInstructions(kvGS::KCGraphicStreamBinaryWriter& writer, c
 
 int32_t CDrawable::ReadFromXML(const KCXMLElement& element) {
     Problems problems;
+    return ReadFromXML(element, problems);
+}
+
+int32_t CDrawable::ReadFromXML(const KCXMLElement& element, Problems& problems) {
+    const size_t numBefore = problems.size();
     KURect<double> rect;
-    if (!ReadRect(element, "Rect", rect, problems))
+    if (!ReadRect(element, "Rect", rect, problems)) {
+        if (problems.size() == numBefore)
+            AddProblem(element, "a Drawable needs a Rect", nullptr, problems);
         return kErr_BadDescription;
+    }
     RM::KCResContainer* const container = GetResContainer();
     *this = CDrawable();
     SetResContainer(container);
@@ -99,7 +107,7 @@ int32_t CDrawable::ReadFromXML(const KCXMLElement& element) {
     m_textWin.hasColor = ReadColor(element, "TextColor", m_textWin.color, problems);
     ReadWord(element, "TextAlign", kAlignNames, m_textWin.align, problems);
     ReadFlag(element, "Bold", m_textWin.isBold, problems);
-    return problems.empty() ? kErr_NoErr : kErr_BadDescription;
+    return problems.size() == numBefore ? kErr_NoErr : kErr_BadDescription;
 }
 
 int32_t CDrawable::WriteToXML(KCXMLElement& element) const {

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include <vector>
+
 #include <korvolib/export.h>
 #include <korvolib/gui/interfaces.h>
 #include <korvolib/gui/param_windows.h>
@@ -19,6 +21,8 @@ class KORVO_API CDrawable : public CXMLable, public RM::KCResContainerUser {
     /// new drawable. kErr_BadDescription without a rectangle, with nothing changed, and for attributes that do not
     /// read: these are left out.
     int32_t ReadFromXML(const KCXMLElement& element) override;
+    /// The same, with all that was wrong.
+    int32_t ReadFromXML(const KCXMLElement& element, std::vector<sDESCRIPTION_PROBLEM>& problems);
     int32_t WriteToXML(KCXMLElement& element) const override;
     /// In the window's own pixels.
     virtual void GetDrawInstructions(kvGS::KCGraphicStreamBinaryWriter& writer, const KCTheme& theme) const;

@@ -166,6 +166,9 @@ int32_t KCParamRegistrationData::TakeRegister(const KCXMLElement& element, bool 
         m_info.SetType(type);
         m_info.SetModifiers(ReadModifiers(element));
     }
+    if (const char* const modifiers = element.GetAttribute("Modifiers", "");
+        *modifiers != '\0' && ReadModifiers(element).IsEmpty())
+        AddProblem(element, "Modifiers are Primary, Secondary, Shift and Alt, not", modifiers, problems);
     m_info.SetFlag(type, true);
     ReadNumber(element, "Sensitivity", -kMostSensitive, kMostSensitive, m_sensitivity, problems);
     if (type == kRegister_SetOnHover)

@@ -112,6 +112,12 @@ TEST_F(RegistrationDescriptionTest, FurtherGesturesOfTheSameModifiersAreFlagsOfO
     EXPECT_FALSE(record.IsRegisteredToType(kRegister_Highlight));
 }
 
+TEST_F(RegistrationDescriptionTest, ModifiersThatNobodyKnowsAreReported) {
+    Read("<P Name='Gain'><Register Type='Wheel' Modifiers='Ctrl'/><Register Type='Drag' Modifiers=''/></P>");
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].Text, "Modifiers are Primary, Secondary, Shift and Alt, not \"Ctrl\"");
+}
+
 TEST_F(RegistrationDescriptionTest, UnknownGestureIsReportedAndLeftOut) {
     const Registration record =
         Read("<P Name='Gain'>\n<Register Type='Wheele' Modifiers='Alt'/><Register Type='Keys'/><Register/></P>");

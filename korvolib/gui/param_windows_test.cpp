@@ -119,8 +119,10 @@ TEST(ParamWindows, ProblemSaysWhatWasExpected) {
     sTEXT_WIN win;
     Problems problems;
     ReadWindowFromXML(ElementFrom("<W Height='tall'/>"), win, problems);
-    ASSERT_EQ(problems.size(), 1u);
-    EXPECT_EQ(problems[0].Text, "Height is a number in its range, not \"tall\"");
+    ReadWindowFromXML(ElementFrom("<W Align='Center'/>"), win, problems);
+    ASSERT_EQ(problems.size(), 2u);
+    EXPECT_EQ(problems[1].Text, "Align is Left, Centre or Right, not \"Center\"");
+    EXPECT_EQ(problems[0].Text, "Height is a number from 0 to 1000, not \"tall\"");
 }
 
 } // namespace

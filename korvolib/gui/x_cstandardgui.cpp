@@ -146,7 +146,7 @@ void CStandardGUI_X::ReadSize(const KCXMLElement& root) {
         return;
     }
     m_size = kDefaultSize;
-    Report(root.GetLine(), "\"Width\" and \"Height\" of the window are missing or out of range");
+    Report(root.GetLine(), "a window needs a Width and a Height from 1 to 16384; without them it is 640 by 400");
 }
 
 std::vector<std::unique_ptr<CDrawable>> CStandardGUI_X::ReadDrawables(const KCXMLElement& root) {
@@ -160,10 +160,8 @@ std::vector<std::unique_ptr<CDrawable>> CStandardGUI_X::ReadDrawables(const KCXM
         }
         auto drawable = std::make_unique<CDrawable>();
         drawable->SetResContainer(&m_resources);
-        if (drawable->ReadFromXML(*element) == kErr_NoErr)
-            drawables.push_back(std::move(drawable));
-        else
-            Report(element->GetLine(), "the drawable has no proper \"Rect\"");
+        if (drawable->ReadFromXML(*element, m_problems) == kErr_NoErr || !drawable->GetRect().IsEmpty())
+            drawables.push_back(std::move(drawable)); // what does not read of it stays as in a new one
     }
     return drawables;
 }
@@ -191,6 +189,8 @@ void CStandardGUI_X::ReadControl(const KCXMLElement& element) {
     control->SetResContainer(&m_resources);
     if (control->ReadFromXMLWithAlg(element, *m_algorithm, m_problems) != kErr_NoErr)
         return; // what was wrong is in the list
+    if (!element.HasAttribute("Rect") && control->GetBounds().IsEmpty())
+        Report(element.GetLine(), "without a Rect nobody will see the control ", control->GetNamePtr());
     if (control->FinishCreate() != kErr_NoErr)
         Report(element.GetLine(), "the control cannot be completed: ", control->GetNamePtr());
     else

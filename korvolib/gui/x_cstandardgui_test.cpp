@@ -193,4 +193,26 @@ TEST(Window, AddsItsParametersToTheLinkGroupsThatItNames) {
     EXPECT_NEAR(algorithm.GetParamState(kTone), algorithm.GetParamState(kWidth), 1.0);
 }
 
+TEST(WindowDescription, DrawableWithAMistakeStaysAndItsMistakeIsNamed) {
+    const sWINDOW window(WindowXML("", "\n<Drawable Rect='0 0 20 20' Color='red'/>\n<Drawable Text='nowhere'/>"));
+    EXPECT_EQ(window.result, kErr_BadDescription);
+    const std::vector<sDESCRIPTION_PROBLEM>& problems = window.window.GetProblems();
+    ASSERT_EQ(problems.size(), 2u);
+    EXPECT_EQ(problems[0].Line, 3);
+    EXPECT_EQ(problems[0].Text, "Color is a colour (#RRGGBB or #RRGGBBAA), not \"red\"");
+    EXPECT_EQ(problems[1].Line, 4);
+    EXPECT_EQ(problems[1].Text, "a Drawable needs a Rect");
+    KCXMLElement written;
+    window.window.WriteToXML(written);
+    EXPECT_NE(written.FindChild("Drawables")->FindChild("Drawable"), nullptr);
+}
+
+TEST(WindowDescription, ControlWithoutAPlaceIsReportedAndKept) {
+    sWINDOW window(WindowXML("<Control Class='Knob' Name='Lost'><ParameterList><Parameter Name='Gain'/>"
+                             "</ParameterList></Control>"));
+    ASSERT_EQ(window.window.GetProblems().size(), 1u);
+    EXPECT_EQ(window.window.GetProblems()[0].Text, "without a Rect nobody will see the control \"Lost\"");
+    EXPECT_EQ(window.window.GetNumControls(), 1u);
+}
+
 } // namespace

@@ -73,6 +73,8 @@ std::string PictureFileContents(const std::string& path, const Writer& writer, c
     int32_t result = writer.GetError();
     if (result == kErr_NoErr)
         result = FindKind(path)->make(writer, look, contents);
+    if (result == kErr_LimitExceeded)
+        throw KCHostFailure(path + ": the picture would be too large; a smaller --scale or .svg may do");
     if (result != kErr_NoErr)
         throw KCHostFailure(path + ": the picture cannot be drawn: error " + std::to_string(result));
     return contents;

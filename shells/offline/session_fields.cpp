@@ -113,7 +113,7 @@ KUPoint<double> KCEventFields::Pair(std::string_view key, double furthest) const
     if (field == nullptr || !field->value.IsSequence() || field->value.size() != 2 ||
         !read(field->value[0], pair.x) || !read(field->value[1], pair.y))
         Fail(key, InApostrophes(key) + " must be two numbers from " + NumberText(-furthest) + " to " +
-                      NumberText(furthest) + ", such as [0, -40]");
+                      NumberText(furthest) + (furthest > 1.0 ? ", such as [0, -40]" : ", such as [0.5, 1]"));
     return pair;
 }
 

@@ -202,7 +202,7 @@ const sREFUSED kRefused[] = {
     {"mouse: {press: [1, 2], place: [0, 0]}", "'place' is a place on a control, and 'press' names a point"},
     {"mouse: {press: Gain, place: [-0.1, 0]}",
      "'place' counts from the control's top left corner, [0, 0], to the other, [1, 1]"},
-    {"mouse: {press: Gain, place: [0, 1.1]}", "'place' must be two numbers from -1 to 1, such as [0, -40]"},
+    {"mouse: {press: Gain, place: [0, 1.1]}", "'place' must be two numbers from -1 to 1, such as [0.5, 1]"},
     {"mouse: {press: [1, 2, 3]}", "'press' must be two numbers from -100000 to 100000, such as [0, -40]"},
     {"mouse: {press: [1, .nan]}", "'press' must be two numbers from -100000 to 100000, such as [0, -40]"},
     {"mouse: {drag: 40}", "'drag' must be two numbers from -100000 to 100000, such as [0, -40]"},

@@ -22,7 +22,7 @@ KCSessionWindow::KCSessionWindow(cALGORITHM& algorithm, KCHistory& history) : m_
     const int32_t result = m_window.Create(algorithm);
     if (result == kErr_NullArgument)
         throw KCHostFailure("the plug-in describes no window");
-    if (result != kErr_NoErr && result != kErr_BadDescription) {
+    if (m_window.GetAlgorithm() == nullptr) { // nothing could be made of it
         const std::vector<std::string> problems = GetProblems();
         throw KCHostFailure("the plug-in's window cannot be made: " +
                             (problems.empty() ? "error " + std::to_string(result) : problems.front()));

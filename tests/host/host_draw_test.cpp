@@ -113,6 +113,12 @@ TEST_F(HostDraw, RefusesAWindowThatIsNoXML) {
                   plugin + ": the plug-in could not be created: GUIXML:3: no element found");
 }
 
+TEST_F(HostDraw, RefusesADescriptionOfSomethingElse) {
+    ExpectRefusal(
+        {"draw", Plugin("window_of_another_name"), "--out", "w.png"},
+        "the plug-in's window cannot be made: GUIXML:1: a window is described by \"GUI\", not by \"Window\"");
+}
+
 TEST_F(HostDraw, RefusesWhatItCannotWrite) {
     ExpectRefusal({"draw", Plugin("window"), "--out", "w.pdf"},
                   "w.pdf: the name of a picture to write must end in .gs, .yaml, .svg or .png");

@@ -204,6 +204,30 @@ TEST(ControlTexts, AreShortenedWhereThereIsNoRoom) {
     EXPECT_EQ(Painted(*label).numTexts, 0);
 }
 
+TEST(ControlTexts, AreWholeWhereTheirFontFits) {
+    ControlsAlgorithm algorithm;
+    EXPECT_TRUE(Shows(*MakeControl(algorithm, "Button", R"(Rect="0 0 43 20" Text="LEVEL")", ""), "LEVEL"));
+    EXPECT_FALSE(Shows(*MakeControl(algorithm, "Button", R"(Rect="0 0 38 20" Text="LEVEL")", ""), "LEVEL"));
+}
+
+TEST(ControlTexts, OfALitButtonAreThinnerRatherThanShorter) {
+    ControlsAlgorithm algorithm;
+    const auto button = MakeControl(algorithm, "Button", R"(Rect="0 0 39 20" Text="LEVEL")",
+                                    R"(<Parameter Name="Mode"><Register Type="SetOnPress"/></Parameter>)");
+    EXPECT_TRUE(Shows(*button, "LEVEL"));
+    EXPECT_EQ(YAMLOf(*button).find("style: 1"), std::string::npos);
+    button->Resize(60, 20);
+    EXPECT_NE(YAMLOf(*button).find("style: 1"), std::string::npos);
+}
+
+TEST(ControlTexts, ANumberThatDoesNotFitGoesWithoutItsUnits) {
+    ControlsAlgorithm algorithm;
+    const auto knob = MakeControl(algorithm, "Knob", R"(Rect="0 0 34 80")", R"(<Parameter Name="Gain"/>)");
+    EXPECT_TRUE(Shows(*knob, "0.0 dB"));
+    knob->Resize(26, 80);
+    EXPECT_TRUE(Shows(*knob, "0.0"));
+}
+
 TEST(ControlTexts, AreNeverCutInsideACharacter) {
     ControlsAlgorithm algorithm;
     const auto label = MakeControl(algorithm, "Label", R"(Rect="0 0 40 16" Text="ΩΩΩΩΩΩΩΩΩΩ")", "");

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -41,39 +42,45 @@ uint32_t AlignmentCode(KETextAlign align) noexcept {
 
 bool IsContinuation(char c) noexcept { return (static_cast<unsigned char>(c) & 0xC0u) == 0x80u; }
 
-// Upper bounds by kind, in ems. A character outside of ASCII counts as one em; its further bytes as nothing.
-constexpr double WidthOfKind(unsigned char c) noexcept {
-    if ((c & 0xC0u) == 0x80u)
-        return 0.0;
-    if (std::string_view(" !'(),-./:;IJ[]\\fijlrt|").find(static_cast<char>(c)) != std::string_view::npos)
-        return 0.42;
-    if (c >= 0x80u || std::string_view("%mW@").find(static_cast<char>(c)) != std::string_view::npos)
-        return 1.0;
-    if ((c >= 'A' && c <= 'Z') ||
-        std::string_view("w&#+<=>^~").find(static_cast<char>(c)) != std::string_view::npos)
-        return 0.87;
-    return 0.64;
-}
+// Advance widths of DejaVu Sans and DejaVu Sans Bold from the blank to the tilde, in hundredths of an em, rounded
+// up.
+constexpr uint8_t kFirstMeasured = 0x20;
+constexpr std::array<uint8_t, 95> kPlainWidths = {
+    32, 41, 46, 84, 64, 96, 78, 28, 40,  40, 50, 84, 32, 37, 32, 34, 64, 64, 64, 64, 64, 64, 64, 64,
+    64, 64, 34, 34, 84, 84, 84, 54, 100, 69, 69, 70, 78, 64, 58, 78, 76, 30, 30, 66, 56, 87, 75, 79,
+    61, 79, 70, 64, 62, 74, 69, 99, 69,  62, 69, 40, 34, 40, 84, 50, 50, 62, 64, 55, 64, 62, 36, 64,
+    64, 28, 28, 58, 28, 98, 64, 62, 64,  64, 42, 53, 40, 64, 60, 82, 60, 60, 53, 64, 34, 64, 84};
+constexpr std::array<uint8_t, 95> kBoldWidths = {
+    35, 46, 53, 84, 70, 101, 88, 31,  46,  46, 53, 84, 38, 42, 38, 37, 70, 70, 70, 70, 70, 70,  70, 70,
+    70, 70, 40, 40, 84, 84,  84, 59,  100, 78, 77, 74, 84, 69, 69, 83, 84, 38, 38, 78, 64, 100, 84, 86,
+    74, 86, 78, 73, 69, 82,  78, 111, 78,  73, 73, 46, 37, 46, 84, 50, 50, 68, 72, 60, 72, 68,  44, 72,
+    72, 35, 35, 67, 35, 105, 72, 69,  72,  72, 50, 60, 48, 72, 66, 93, 65, 66, 59, 72, 37, 72,  84};
+constexpr double kOtherWidth =
+    1.0; // of a character outside of ASCII, when it is plain; its further bytes count nothing
+constexpr double kBoldFactor = 1.2; // of those
 
 // Looked up, since every text that is drawn is measured.
-constexpr std::array<double, 256> kWidths = [] {
+constexpr std::array<double, 256> WidthsInEms(const std::array<uint8_t, 95>& measured, double other) {
     std::array<double, 256> widths{};
-    for (size_t c = 0; c < widths.size(); ++c)
-        widths[c] = WidthOfKind(static_cast<unsigned char>(c));
+    for (size_t c = 0x80; c < widths.size(); ++c)
+        widths[c] = (c & 0xC0u) == 0x80u ? 0.0 : other;
+    for (size_t i = 0; i < measured.size(); ++i)
+        widths[kFirstMeasured + i] = measured[i] / 100.0;
     return widths;
-}();
+}
+constexpr std::array<double, 256> kPlain = WidthsInEms(kPlainWidths, kOtherWidth);
+constexpr std::array<double, 256> kBold = WidthsInEms(kBoldWidths, kOtherWidth* kBoldFactor);
 
-double WidthOf(char c) noexcept { return kWidths[static_cast<unsigned char>(c)]; }
-
-constexpr double kBoldFactor = 1.2;
+bool BeginsNumber(char c) noexcept { return (c >= '0' && c <= '9') || c == '-' || c == '+'; }
 
 } // namespace
 
 double EstimateTextWidth(std::string_view text, double height, bool isBold) noexcept {
+    const std::array<double, 256>& widths = isBold ? kBold : kPlain;
     double ems = 0.0;
     for (const char c : text)
-        ems += WidthOf(c);
-    return ems * height * (isBold ? kBoldFactor : 1.0);
+        ems += widths[static_cast<unsigned char>(c)];
+    return ems * height;
 }
 
 void FitText(KCFixedStringBase& text, double height, bool isBold, double width) noexcept {
@@ -193,10 +200,28 @@ void KCShapes::Text(const KCFixedStringBase& text, const Rect& rect, double heig
         FittingText({text.data(), text.size()}, rect, em, color, align, isBold);
         return;
     }
+    if (isBold) { // thinner rather than shorter
+        Text(text, rect, height, color, align, false);
+        return;
+    }
     KCFixedString<127> fitting(text);
     FitText(fitting, em, isBold, rect.GetWidth());
     if (!fitting.empty())
         FittingText({fitting.data(), fitting.size()}, rect, em, color, align, isBold);
+}
+
+void KCShapes::Value(const KCFixedStringBase& text, const Rect& rect, KETextAlign align) noexcept {
+    const std::string_view whole(text.data(), text.size());
+    const size_t blank = whole.find(' ');
+    const bool isNumber = blank != std::string_view::npos && BeginsNumber(whole[0]);
+    const double em = std::min(m_theme.valueHeight, rect.GetHeight());
+    if (isNumber && EstimateTextWidth(whole, em, false) > rect.GetWidth()) {
+        KCFixedString<127> number(text);
+        number.resize(blank);
+        Text(number, rect, m_theme.valueHeight, m_theme.text, align);
+        return;
+    }
+    Text(text, rect, m_theme.valueHeight, m_theme.text, align);
 }
 
 void KCShapes::FittingText(std::string_view text, const Rect& rect, double em, KUColor color, KETextAlign align,

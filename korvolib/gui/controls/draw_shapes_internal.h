@@ -39,16 +39,15 @@ class KCShapes {
     void LineUp(const Rect& rect, double x, double width, KUColor color) noexcept;
     void Polygon(std::span<const Point> corners, KUColor color) noexcept;
 
-    /// One line in the middle of the rectangle's height, shortened with "…" where it would not fit. Smaller than
-    /// `height` where the rectangle is; nothing below 5 pixels.
+    /// One line in the middle of the rectangle's height. One that would not fit is plain instead of bold, and then
+    /// shortened with "…". Smaller than `height` where the rectangle is; nothing below 5 pixels.
     void Text(const KCFixedStringBase& text, const Rect& rect, double height, KUColor color,
               KETextAlign align = KETextAlign::Centre, bool isBold = false) noexcept;
     void Label(const KCFixedStringBase& text, const Rect& rect, KETextAlign align = KETextAlign::Centre) noexcept {
         Text(text, rect, m_theme.labelHeight, m_theme.textDim, align);
     }
-    void Value(const KCFixedStringBase& text, const Rect& rect, KETextAlign align = KETextAlign::Centre) noexcept {
-        Text(text, rect, m_theme.valueHeight, m_theme.text, align);
-    }
+    /// A number that would not fit goes without its units: one that is cut is another number.
+    void Value(const KCFixedStringBase& text, const Rect& rect, KETextAlign align = KETextAlign::Centre) noexcept;
 
     /// Picture `image` of a list, from 0; false, and nothing drawn, without pictures. The list's rectangle counts
     /// from the control's corner; an empty one is the whole control.
@@ -70,8 +69,8 @@ class KCShapes {
     bool m_isFontBold = false;
 };
 
-/// How wide a text may come out, in pixels. There is no font here to ask: characters count as the widest of their
-/// kind in the theme's own font family, so that it is never wider.
+/// How wide a text comes out, in pixels, in the font family of the library's own theme; there is no font here to
+/// ask, so its widths are in a table. In a wider family a text may reach out of its place, and is clipped there.
 double EstimateTextWidth(std::string_view text, double height, bool isBold) noexcept;
 /// Cuts whole characters off the end and puts "…" there, until the text is not wider than `width`. Empty where not
 /// even that fits.
