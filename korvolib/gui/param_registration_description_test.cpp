@@ -118,6 +118,12 @@ TEST_F(RegistrationDescriptionTest, ModifiersThatNobodyKnowsAreReported) {
     EXPECT_EQ(problems[0].Text, "Modifiers are Primary, Secondary, Shift and Alt, not \"Ctrl\"");
 }
 
+TEST_F(RegistrationDescriptionTest, ANumberOutOfItsRangeIsReportedWithTheRange) {
+    Read("<P Name='Gain'><Register Type='Wheel' Sensitivity='1e7'/></P>");
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].Text, "Sensitivity is a number from -1000000 to 1000000, not \"1e7\"");
+}
+
 TEST_F(RegistrationDescriptionTest, UnknownGestureIsReportedAndLeftOut) {
     const Registration record =
         Read("<P Name='Gain'>\n<Register Type='Wheele' Modifiers='Alt'/><Register Type='Keys'/><Register/></P>");

@@ -120,7 +120,9 @@ TEST(ParamWindows, ProblemSaysWhatWasExpected) {
     Problems problems;
     ReadWindowFromXML(ElementFrom("<W Height='tall'/>"), win, problems);
     ReadWindowFromXML(ElementFrom("<W Align='Center'/>"), win, problems);
-    ASSERT_EQ(problems.size(), 2u);
+    ReadWindowFromXML(ElementFrom("<W Rect='1,2,3,4'/>"), win, problems);
+    ASSERT_EQ(problems.size(), 3u);
+    EXPECT_EQ(problems[2].Text, "Rect is 4 numbers with blanks between them, not \"1,2,3,4\"");
     EXPECT_EQ(problems[1].Text, "Align is Left, Centre or Right, not \"Center\"");
     EXPECT_EQ(problems[0].Text, "Height is a number from 0 to 1000, not \"tall\"");
 }

@@ -114,9 +114,11 @@ TEST_F(HostDraw, RefusesAWindowThatIsNoXML) {
 }
 
 TEST_F(HostDraw, RefusesADescriptionOfSomethingElse) {
-    ExpectRefusal(
-        {"draw", Plugin("window_of_another_name"), "--out", "w.png"},
-        "the plug-in's window cannot be made: GUIXML:1: a window is described by \"GUI\", not by \"Window\"");
+    const std::string plugin = Plugin("window_of_another_name");
+    ExpectRefusal({"draw", plugin, "--out", "w.png"},
+                  plugin +
+                      ": the plug-in's window cannot be made: GUIXML:1: a window is described by \"GUI\", not by "
+                      "\"Window\"");
 }
 
 TEST_F(HostDraw, RefusesWhatItCannotWrite) {
