@@ -82,7 +82,8 @@ Rect KCDrawnMenu::GetRowRect(int32_t choice) const noexcept {
     const int32_t place = choice - m_first;
     if (choice < 0 || choice >= m_numChoices || place < 0 || place >= GetNumSeen())
         return {};
-    const double left = m_rect.left + m_columnWidth * (place / m_numRows);
+    const int32_t column = place / m_numRows;
+    const double left = m_rect.left + m_columnWidth * column;
     const double top = GetRowsTop() + m_rowHeight * (place % m_numRows);
     return Rect::FromEdges(left, top, left + m_columnWidth, top + m_rowHeight);
 }
