@@ -15,9 +15,9 @@ constexpr double kSweepAngle = 270.0;
 constexpr double kMinDial = 20.0;
 constexpr double kMinBody = 4.0;
 
-KUPoint<double> OnCircle(KUPoint<double> centre, double radius, double angle) {
+KUPoint<double> DirectionOf(double angle) {
     const double radians = angle * std::numbers::pi / 180.0;
-    return {centre.x + radius * std::cos(radians), centre.y + radius * std::sin(radians)};
+    return {std::cos(radians), std::sin(radians)};
 }
 
 KURect<double> SquareIn(const KURect<double>& rect) {
@@ -32,7 +32,6 @@ void DrawDial(KCShapes& shapes, const KURect<double>& rect, double fraction, dou
     const double stroke = theme.strokeWidth;
     const double radius = std::min(rect.GetWidth(), rect.GetHeight()) / 2 - stroke / 2;
     const double body = radius - stroke * 1.5;
-    const double angle = kStartAngle + kSweepAngle * fraction;
     shapes.Arc(centre, radius, kStartAngle, kSweepAngle, stroke, theme.track);
     shapes.Arc(centre, radius, kStartAngle + kSweepAngle * origin, kSweepAngle * (fraction - origin), stroke,
                theme.accent);
@@ -41,8 +40,11 @@ void DrawDial(KCShapes& shapes, const KURect<double>& rect, double fraction, dou
     shapes.Disc(centre, body + 1.0, theme.track);
     shapes.Disc(centre, body, shapes.Body());
     shapes.Arc(centre, body - 0.5, 200.0, 140.0, 1.0, theme.bodyLight);
-    shapes.Line(OnCircle(centre, body * 0.35, angle), OnCircle(centre, body - 1.5, angle), std::max(2.0, body / 8),
-                theme.text);
+    const KUPoint<double> pointer = DirectionOf(kStartAngle + kSweepAngle * fraction);
+    const auto onPointer = [&](double distance) {
+        return KUPoint<double>{centre.x + distance * pointer.x, centre.y + distance * pointer.y};
+    };
+    shapes.Line(onPointer(body * 0.35), onPointer(body - 1.5), std::max(2.0, body / 8), theme.text);
 }
 
 } // namespace
