@@ -72,21 +72,20 @@ void AppendUnits(KCFixedStringBase& text, const KCFixedStringBase& units) {
 sLABELLED_LAYOUT LabelledLayout(const KCGUIControl& control, double minShape) noexcept {
     const KCTheme& theme = control.GetTheme();
     const KCParamRegistrationData* const lead = control.GetParamData(0);
-    sLABELLED_LAYOUT layout;
-    layout.shape = control.GetBounds();
+    const KURect<double> bounds = control.GetBounds();
     if (!IsBound(lead))
-        return layout;
+        return {{}, bounds, {}};
     const double labelLine = lead->GetLabelWin().IsShown() ? 0.0 : LineHeight(theme.labelHeight);
     const double valueLine = lead->GetValueWin().IsShown() ? 0.0 : LineHeight(theme.valueHeight);
-    if (valueLine > 0.0 && layout.shape.GetHeight() >= minShape + valueLine) {
-        layout.value = layout.shape;
-        layout.value.top = layout.shape.bottom -= valueLine;
-    }
-    if (labelLine > 0.0 && layout.shape.GetHeight() >= minShape + labelLine) {
-        layout.label = layout.shape;
-        layout.label.bottom = layout.shape.top += labelLine;
-    }
-    return layout;
+    double top = bounds.top, bottom = bounds.bottom;
+    if (valueLine > 0.0 && bottom - top >= minShape + valueLine)
+        bottom -= valueLine;
+    if (labelLine > 0.0 && bottom - top >= minShape + labelLine)
+        top += labelLine;
+    const auto part = [&](double from, double to) {
+        return KURect<double>::FromEdges(bounds.left, from, bounds.right, to);
+    };
+    return {part(bounds.top, top), part(top, bottom), part(bottom, bounds.bottom)};
 }
 
 void DrawLabelled(KCShapes& shapes, const KCCaptionedControl& control, const sLABELLED_LAYOUT& layout) {
