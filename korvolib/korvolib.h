@@ -57,6 +57,7 @@
 #include <korvolib/gui/controls/value_text.h>
 #include <korvolib/gui/controls/xy_pad.h>
 #include <korvolib/gui/drawable.h>
+#include <korvolib/gui/drawn_menu.h>
 #include <korvolib/gui/event_data.h>
 #include <korvolib/gui/gui_control.h>
 #include <korvolib/gui/interfaces.h>
