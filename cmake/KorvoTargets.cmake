@@ -32,6 +32,11 @@ function(korvo_library)
   target_compile_features(KorvoLib PUBLIC cxx_std_20)
   target_link_libraries(KorvoLib PRIVATE $<BUILD_INTERFACE:korvo_options>
     EXPAT::EXPAT Boost::headers Boost::filesystem PkgConfig::libzip yaml-cpp)
+  # Calls from one source of the library to another go straight there, not through the table that would let others
+  # replace them. Whoever takes the address of a scale function has to get the library's own, for which their code
+  # is position-independent.
+  target_link_options(KorvoLib PRIVATE -Wl,-Bsymbolic-functions)
+  set_target_properties(KorvoLib PROPERTIES INTERFACE_POSITION_INDEPENDENT_CODE ON)
   set_target_properties(KorvoLib PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
