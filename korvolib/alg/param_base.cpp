@@ -12,6 +12,11 @@ constexpr double kStatesPerTravel = 0.001; // reciprocal of full travel, as the 
 
 bool IsUsableStep(double step) noexcept { return step > 0.0 && step <= std::numeric_limits<double>::max(); }
 
+// From below zero to as far above it, but for what rounding leaves.
+bool AreOpposite(double low, double high) noexcept {
+    return low < 0.0 && high > 0.0 && std::fabs(low + high) <= 1e-9 * high;
+}
+
 double ClampOrZero(double state) noexcept { return std::isnan(state) ? 0.0 : ClampState(state); }
 
 } // namespace
@@ -43,6 +48,7 @@ void KCParam_Base::SetScaleLin(double min, double max, double quantize) {
     SetScaleEnds(min, max, quantize, (max - min) * kStatesPerTravel, "linear");
     m_scaleFunction = quantize > 1.0 ? ExtendedResLinearScale : LinearScale;
     m_inverseScaleFunction = InverseLinearScale;
+    SettleSymmetry();
 }
 
 void KCParam_Base::SetScaleLog(double min, double max, double quantize) {
@@ -50,6 +56,7 @@ void KCParam_Base::SetScaleLog(double min, double max, double quantize) {
     SetScaleEnds(min, max, quantize, std::pow(max / min, kStatesPerTravel), "logarithmic");
     m_scaleFunction = quantize > 1.0 ? ExtendedResLogScale : LogScale;
     m_inverseScaleFunction = InverseLogScale;
+    SettleSymmetry();
 }
 
 void KCParam_Base::SetScaleToggle(int numStates) {
@@ -58,6 +65,7 @@ void KCParam_Base::SetScaleToggle(int numStates) {
     SetScaleEnds(m_numStates, 0.0, 1.0, 0.0, "toggle");
     m_scaleFunction = ToggleScale;
     m_inverseScaleFunction = InverseToggleScale;
+    SettleSymmetry();
 }
 
 void KCParam_Base::SetScaleGeneric(int type, const KCFixedStringBase& scaleType, const sSCALE_INFO& scale,
@@ -75,6 +83,16 @@ void KCParam_Base::SetScale(const sSCALE_INFO& scale) {
     m_scale.SetQuantize(scale.Quantize);
     m_minimum = StateToRealWorld(0.0);
     m_maximum = StateToRealWorld(kFullTravel);
+    SettleSymmetry();
+}
+
+void KCParam_Base::SettleSymmetry() {
+    m_isSymmetric = AreOpposite(StateToRealWorld(0.0), StateToRealWorld(kFullTravel));
+}
+
+bool KCParam_Base::IsSymmetricUpTo(double lastState) const {
+    return lastState == kFullTravel ? m_isSymmetric
+                                    : AreOpposite(StateToRealWorld(0.0), StateToRealWorld(lastState));
 }
 
 bool KCParam_Base::GetScaleLin(double& min, double& max, double& quantize) const noexcept {

@@ -124,6 +124,8 @@ class KORVO_API KCParam_Base {
     /// "linear", "logarithmic", "toggle", "frequency" or the name of a range, map or user scale; empty on a fresh
     /// record.
     const KCFixedString<127>& GetScaleType() const noexcept { return m_scaleType; }
+    /// From state 0 to `lastState` values run from −x to +x. Costs nothing for the full travel: every drawing asks.
+    bool IsSymmetricUpTo(double lastState) const;
     ScaleFunction GetScaleFunction() const noexcept { return m_scaleFunction; }
     ScaleFunction GetInverseScaleFunction() const noexcept { return m_inverseScaleFunction; }
     int GetNumStates() const noexcept { return m_numStates; }
@@ -182,6 +184,7 @@ class KORVO_API KCParam_Base {
 
   private:
     void SetScaleEnds(double min, double max, double quantize, double slope, const char* scaleType);
+    void SettleSymmetry();
 
     // First cache line: read by every update.
     alignas(64) double m_state[kNumPluginSetups] = {0.0, 0.0};
@@ -206,6 +209,7 @@ class KORVO_API KCParam_Base {
     double m_minimum = 0.0; // the ends as they were given: the coefficients alone do not tell them exactly
     double m_maximum = 0.0;
     int m_numStates = 0;
+    bool m_isSymmetric = false; // up to full travel
     DisplayFunctionProxy m_display;
     KCFixedString<127> m_name;
     KCFixedString<127> m_scaleType;

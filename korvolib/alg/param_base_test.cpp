@@ -209,6 +209,38 @@ TEST(ParamBase, ScalesMayDescend) {
     EXPECT_EQ(param.RealWorldToState(5.0), 250.0);
 }
 
+TEST(ParamBase, ATravelFromMinusXToPlusXIsSymmetric) {
+    EXPECT_TRUE(Linear(-24.0, 24.0, 0.01).IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(Linear(-24.0, 24.5, 0.01).IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(Linear(0.0, 24.0, 0.01).IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(Linear(24.0, -24.0, 0.01).IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(Linear(0.0, 0.0, 0.01).IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(Logarithmic(20.0, 20000.0, 0.01).IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(KCParam_Base().IsSymmetricUpTo(1000.0));
+}
+
+TEST(ParamBase, APartOfTheTravelHasASymmetryOfItsOwn) {
+    const KCParam_Base param = Linear(-10.0, 30.0, 0.01);
+    EXPECT_TRUE(param.IsSymmetricUpTo(500.0));
+    EXPECT_FALSE(param.IsSymmetricUpTo(1000.0));
+    EXPECT_FALSE(param.IsSymmetricUpTo(499.0));
+}
+
+TEST(ParamBase, EveryNewScaleTellsItsSymmetryAnew) {
+    KCParam_Base param = Linear(-24.0, 24.0, 0.01);
+    sSCALE_INFO scale = param.GetScale();
+    scale.a = 0.0;
+    param.SetScale(scale);
+    EXPECT_FALSE(param.IsSymmetricUpTo(1000.0));
+    param.SetScaleLin(-1.0, 1.0, 0.01);
+    EXPECT_TRUE(param.IsSymmetricUpTo(1000.0));
+    param.SetScaleLog(1.0, 2.0, 0.01);
+    EXPECT_FALSE(param.IsSymmetricUpTo(1000.0));
+    param.SetScaleLin(-1.0, 1.0, 0.01);
+    param.SetScaleToggle(3);
+    EXPECT_FALSE(param.IsSymmetricUpTo(1000.0));
+}
+
 TEST(ParamBase, InversesReturnToTheStateWithinTheResolution) {
     std::mt19937_64 engine(7);
     std::uniform_real_distribution<double> states(0.0, 1000.0), ends(0.01, 100.0);

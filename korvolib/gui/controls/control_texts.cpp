@@ -3,7 +3,6 @@
 #include <korvolib/gui/controls/draw_shapes_internal.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace kvKorvoV12_9_0_320 {
 
@@ -36,10 +35,9 @@ double OriginOf(const KCParamRegistrationData* registration) {
         return 0.0;
     if (registration->GetRole() == "Bipolar")
         return 0.5;
-    const double low = registration->StateToRealWorld(0.0);
-    const double high = registration->StateToRealWorld(registration->GetLastState());
-    const bool isSymmetric = low < 0.0 && high > 0.0 && std::fabs(low + high) <= 1e-9 * high;
-    return isSymmetric ? 0.5 : 0.0;
+    const cALGORITHM& algorithm = *registration->GetAlgorithm();
+    const sCONTROL_PARAM* const param = algorithm.GetParam(registration->GetParamIndex());
+    return param->IsSymmetricUpTo(registration->GetLastState()) ? 0.5 : 0.0;
 }
 
 void LabelText(const KCParamRegistrationData* registration, KCFixedStringBase& text) {
