@@ -3,8 +3,8 @@
 //
 // A control hears of its parameters' changes: a control of a window as an observer, an automation control as a
 // controller (which is what look-ups by lead parameter walk). It may be copied; the copy is bound in the same way.
-// The algorithm outlives its controls. Thread: [main], with the algorithm's lock held. Setting up allocates, events
-// do not.
+// The algorithm outlives its controls. A hook of the plug-in must not take registrations from the control that is
+// just moving it. Thread: [main], with the algorithm's lock held. Setting up allocates, events do not.
 #pragma once
 
 #include <bitset>

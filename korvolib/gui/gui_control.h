@@ -193,7 +193,7 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     const KCFixedString<31>& GetClassName() const noexcept { return m_className; }
     const KCFixedString<63>& GetAcceptableCharacters() const noexcept { return m_acceptableCharacters; }
 
-    // Dependents: drawn again when this one is -------------------------------------------------------------------
+    // Dependents: drawn again when this one is. Not owned: one that goes first is taken out before, by clearing ---
     void AddDependentPtr(KCGUIControl* dependent);
     void ClearDependentsList() noexcept;
     const std::vector<KCGUIControl*>& GetControlDependentsVector() const noexcept { return m_dependents; }
