@@ -36,6 +36,7 @@ class AutomationManagerTest : public testing::Test {
         return names;
     }
     KCAutomationManager& manager() const { return *algorithm.GetAutomationManager(); }
+    int numDestroyed = 0; // outlives the controls
     HostedAlgorithm algorithm{ManyParams(4)};
 };
 
@@ -50,7 +51,6 @@ TEST_F(AutomationManagerTest, AddingBeyondTheEndPadsWithDummies) {
 }
 
 TEST_F(AutomationManagerTest, AddingAtAnOccupiedIndexDestroysTheOldControlOnce) {
-    int numDestroyed = 0;
     manager().AddNewAutomationControl(std::make_unique<CountedControl>(numDestroyed));
     EXPECT_EQ(manager().AddNewAutomationControlForIndex(Named("New"), 0), kErr_NoErr);
     EXPECT_EQ(numDestroyed, 1);
@@ -58,7 +58,6 @@ TEST_F(AutomationManagerTest, AddingAtAnOccupiedIndexDestroysTheOldControlOnce) 
 }
 
 TEST_F(AutomationManagerTest, ReplacingAControlByItselfDoesNothing) {
-    int numDestroyed = 0;
     manager().AddNewAutomationControl(std::make_unique<CountedControl>(numDestroyed));
     manager().AddNewAutomationControl(Named("B"));
     EXPECT_EQ(manager().AddNewAutomationControlForIndex(ControlPtr(manager().GetAutomationControl(0)), 0),
@@ -70,7 +69,6 @@ TEST_F(AutomationManagerTest, ReplacingAControlByItselfDoesNothing) {
 }
 
 TEST_F(AutomationManagerTest, RefusesWhatCannotStandInTheList) {
-    int numDestroyed = 0;
     EXPECT_EQ(manager().AddNewAutomationControl(nullptr), kErr_NullArgument);
     EXPECT_EQ(manager().AddNewAutomationControlForIndex(std::make_unique<CountedControl>(numDestroyed),
                                                         std::numeric_limits<size_t>::max()),
@@ -97,7 +95,6 @@ TEST_F(AutomationManagerTest, DeletingMovesTheOthersUp) {
 }
 
 TEST_F(AutomationManagerTest, ReleaseDestroysAllControls) {
-    int numDestroyed = 0;
     manager().AddNewAutomationControl(std::make_unique<CountedControl>(numDestroyed));
     algorithm.AddControl("A", {0});
     manager().Release();
