@@ -12,6 +12,7 @@
 #include <korvolib/graphicstream/binary_writer.h>
 #include <korvolib/graphicstream/struct_writers.h>
 #include <korvolib/gui/x_cstandardgui.h>
+#include <tests/support/second_thread.h>
 
 namespace {
 
@@ -19,6 +20,8 @@ using namespace kvKorvo;
 using namespace kvKorvo::kvGS;
 using PluginViewManager::KCEventData;
 using Writer = KCGraphicStreamBinaryWriter;
+
+const kvTest::SecondThread g_secondThread;
 
 constexpr int kColumns = 25, kKnobWidth = 60, kKnobHeight = 80;
 constexpr float kWidth = 1500, kHeight = 4000;
