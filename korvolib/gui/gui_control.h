@@ -74,6 +74,7 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     virtual Rect GetMouseDragRect() const; // where a press begins a drag
     virtual void GetValueWinText(size_t registration, KCFixedStringBase& text) const;
     virtual bool CanEnterText() const;
+    /// For views that hide the pointer during a drag: where it comes back.
     virtual KUPoint<double> GetCursorPosOnRelease(const KCEventData& event) const;
     /// 0 … 1 in the movement rectangle, from its left top corner; beyond it the nearest end.
     virtual KUPoint<double> CalcRelativeClickPoint(const KCEventData& event) const;
@@ -110,6 +111,7 @@ class KORVO_API KCGUIControl : public KCBaseControl,
     virtual BUFFER_HEADER* EnterText(size_t registration, const KCFixedStringBase& text, bool& isAccepted);
     /// `isHandled`: the key meant something here. `isGestureEnd`: the key's change is complete.
     virtual BUFFER_HEADER* HandleKeyEvent(const KCEventData& event, bool& isHandled, bool& isGestureEnd);
+    /// For views: the window itself goes by the registrations, and turns the wheel of whoever is registered to it.
     virtual bool ShouldAcceptMouseWheelEvent(const KCEventData& event) const;
     virtual void GetDrawInstructionsBkgColor(Writer& writer) const;
     virtual void GetDrawInstructionsParamsData(Writer& writer) const; // the windows that registrations have
